@@ -52,4 +52,10 @@ bool Contains(ThreadHandle thread)
     return std::find(threads.begin(), threads.end(), thread) != threads.end();
 }
 
+void Clear()
+{
+    std::lock_guard<std::mutex> guard(Lock());
+    std::vector<ThreadHandle>().swap(Threads());
+}
+
 } // namespace BypassThreads

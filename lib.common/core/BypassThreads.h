@@ -10,5 +10,7 @@ ThreadHandle CurrentThread();
 void Add(ThreadHandle thread);
 void Remove(ThreadHandle thread);
 bool Contains(ThreadHandle thread);
+// Empties the list and frees its memory, at the end of the library.
+void Clear();
 
 } // namespace BypassThreads
