@@ -1,7 +1,9 @@
 #include "math/MemoryAlloc.h"
 
 #include "diag/FailureReporting.h"
+#include "diag/LogCategories.h"
 #include "math/FastMemory.h"
+#include "platform/PlatformMemory.h"
 
 #include <QByteArray>
 
@@ -60,4 +62,41 @@ QByteArray QByteArrayFrom(void const* data, int size)
     if (!data || size < 1)
         return QByteArray();
     return QByteArray(static_cast<char const*>(data), size);
+}
+
+void* AllocPageAlignedMemory(unsigned int size, ECanException canException)
+{
+    if (size == 0)
+        return nullptr;
+    void* block = PlatformAllocPages(size);
+    if (!block && canException)
+        if (!block)
+        ThrowIfNoMemory(nullptr);
+    return block;
+}
+
+void FreePageAlignedMemory(void* block)
+{
+    if (block && !PlatformFreePages(block))
+        qCWarning(LogNoGoZone) << "FreePageAlignedMemory" << 1;
+}
+
+void* ConstSlotPtr(int size, void** slots, int count)
+{
+    // Without slots, or with blocks of no bytes, the refill would find
+    // nothing to take for ever: null instead.
+    if (!slots || count <= 0)
+        return nullptr;
+    for (int pass = 0; pass < 2; ++pass) {
+        for (int i = 0; i < count; ++i) {
+            if (void* block = slots[i]) {
+                slots[i] = nullptr;
+                return block;
+            }
+        }
+        if (pass == 0)
+            for (int i = count - 1; i >= 0; --i)
+                slots[i] = malloc_ex(size);
+    }
+    return nullptr;
 }

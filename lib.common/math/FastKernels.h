@@ -1,0 +1,41 @@
+#pragma once
+
+// Library-internal: the kernel sets behind the fast memory functions and the
+// CRC-32, one set per dispatch level.
+
+#include <cstddef>
+#include <cstdint>
+
+struct TFastKernels
+{
+    void* (*copy)(void const* source, void* target, size_t size);
+    void* (*move)(void const* source, void* target, size_t size);
+    void (*zero)(void* target, size_t size);
+    void (*fill)(void* target, uint64_t pattern, size_t size);
+    bool (*isZero)(void const* data, size_t size);
+    // Runs the reflected CRC-32 register over the bytes, without the
+    // inversions at start and end.
+    uint32_t (*crc32)(uint32_t crc, void const* data, size_t size);
+};
+
+// The kernels of the current level; picks the level on first use.
+TFastKernels const& FastKernels();
+
+// Portable kernels: level 1, and the tails of the others.
+void* GenericCopy(void const* source, void* target, size_t size);
+void* GenericMove(void const* source, void* target, size_t size);
+void GenericZero(void* target, size_t size);
+void GenericFill(void* target, uint64_t pattern, size_t size);
+bool GenericIsZero(void const* data, size_t size);
+uint32_t Crc32Tables(uint32_t crc, void const* data, size_t size);
+
+#if defined(__x86_64__) || defined(__i386__)
+#define COMMON_X86_KERNELS 1
+void* Avx2Copy(void const* source, void* target, size_t size);
+void* Avx2Move(void const* source, void* target, size_t size);
+void Avx2Zero(void* target, size_t size);
+void Avx2Fill(void* target, uint64_t pattern, size_t size);
+bool Avx2IsZero(void const* data, size_t size);
+uint32_t Crc32Pclmul(uint32_t crc, void const* data, size_t size);
+uint32_t Crc32Vpclmul(uint32_t crc, void const* data, size_t size);
+#endif

@@ -1,0 +1,137 @@
+#include "math/MemoryAlloc.h"
+
+#include "diag/TException.h"
+#include "platform/PlatformMemory.h"
+#include "LogCapture.h"
+
+#include <QByteArray>
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <cstring>
+#include <vector>
+
+namespace {
+
+TEST(MemoryAlloc, SizeZeroAndNullFollowTheirRules)
+{
+    EXPECT_EQ(malloc_ex(0), nullptr);
+    EXPECT_EQ(realloc_ex(nullptr, 0), nullptr);
+    EXPECT_EQ(realloc_ex(nullptr, -1), nullptr);
+
+    auto* p = static_cast<char*>(realloc_ex(nullptr, 3));
+    ASSERT_NE(p, nullptr);
+    std::memcpy(p, "abc", 3);
+    p = static_cast<char*>(realloc_ex(p, 100000));
+    ASSERT_NE(p, nullptr);
+    EXPECT_EQ(0, std::memcmp(p, "abc", 3));
+    // Freed here; the sanitizer build would report a leak otherwise.
+    EXPECT_EQ(realloc_ex(p, 0), nullptr);
+    free_ex(nullptr);
+}
+
+TEST(MemoryAlloc, FreeHLAndCopyHL)
+{
+    FreeHL(nullptr);
+    void* held = nullptr;
+    FreeHL(&held);
+    EXPECT_EQ(held, nullptr);
+
+    int size = -1;
+    CopyHL("hello", 5, &held, &size);
+    ASSERT_NE(held, nullptr);
+    EXPECT_EQ(0, std::memcmp(held, "hello", 5));
+    EXPECT_EQ(size, 5);
+
+    // The old copy goes in every case; the size is reported even when
+    // nothing is copied.
+    CopyHL(nullptr, 7, &held, &size);
+    EXPECT_EQ(held, nullptr);
+    EXPECT_EQ(size, 7);
+    CopyHL("x", 0, &held, &size);
+    EXPECT_EQ(held, nullptr);
+    EXPECT_EQ(size, 0);
+    CopyHL("xy", 2, nullptr, &size);
+    EXPECT_EQ(size, 2);
+
+    CopyHL("abc", 3, &held, nullptr);
+    EXPECT_EQ(0, std::memcmp(held, "abc", 3));
+    FreeHL(&held);
+    EXPECT_EQ(held, nullptr);
+}
+
+TEST(MemoryAlloc, QByteArrayFromCopies)
+{
+    EXPECT_TRUE(QByteArrayFrom(nullptr, 5).isEmpty());
+    EXPECT_TRUE(QByteArrayFrom("abc", 0).isEmpty());
+    EXPECT_TRUE(QByteArrayFrom("abc", -1).isEmpty());
+    char text[] = "a\0c";
+    QByteArray const copy = QByteArrayFrom(text, 3);
+    text[0] = 'z';
+    EXPECT_EQ(copy, QByteArray("a\0c", 3));
+}
+
+TEST(MemoryAlloc, PageAlignedMemoryIsWholeZeroedPages)
+{
+    unsigned const page = PlatformPageSize();
+    EXPECT_GE(page, 4096u);
+    EXPECT_EQ(page & (page - 1), 0u);
+    EXPECT_EQ(PlatformAllocationGranularity() % page, 0u);
+
+    for (unsigned size : {1u, page - 1, page, page + 1, 1u << 20}) {
+        auto* block = static_cast<unsigned char*>(AllocPageAlignedMemory(size, canExceptionYes));
+        ASSERT_NE(block, nullptr);
+        EXPECT_EQ(reinterpret_cast<uintptr_t>(block) % page, 0u);
+        size_t const usable = (size + page - 1) / page * page;
+        for (size_t i = 0; i < usable; i += 97)
+            ASSERT_EQ(block[i], 0);
+        std::memset(block, 0x5A, usable);
+        FreePageAlignedMemory(block);
+    }
+    EXPECT_EQ(AllocPageAlignedMemory(0, canExceptionYes), nullptr);
+    FreePageAlignedMemory(nullptr);
+}
+
+TEST(MemoryAlloc, FreeingForeignMemoryIsLoggedAndLeavesItAlone)
+{
+    auto* block = static_cast<unsigned char*>(AllocPageAlignedMemory(3 * PlatformPageSize(), canExceptionNo));
+    ASSERT_NE(block, nullptr);
+    LogCapture log;
+    // Page-aligned, but not the start of a block.
+    unsigned char* inside = block + PlatformPageSize();
+    FreePageAlignedMemory(inside);
+    EXPECT_TRUE(log.Contains("Log.NoGoZone", "FreePageAlignedMemory 1"));
+    inside[0] = 1;  // still mapped
+    FreePageAlignedMemory(block);
+    EXPECT_EQ(log.Count(), 1);
+}
+
+TEST(MemoryAlloc, ConstSlotPtrTakesFirstFullSlotAndRefillsWhenEmpty)
+{
+    void* slots[3] = {};
+    void* const first = ConstSlotPtr(16, slots, 3);
+    ASSERT_NE(first, nullptr);
+    // Refilled all three, took slot 0; the next two come in order.
+    EXPECT_EQ(slots[0], nullptr);
+    void* const secondExpected = slots[1];
+    void* const thirdExpected = slots[2];
+    ASSERT_NE(secondExpected, nullptr);
+    ASSERT_NE(thirdExpected, nullptr);
+    EXPECT_EQ(ConstSlotPtr(16, slots, 3), secondExpected);
+    EXPECT_EQ(ConstSlotPtr(16, slots, 3), thirdExpected);
+    for (void* slot : slots)
+        EXPECT_EQ(slot, nullptr);
+
+    // A block put back by the caller is handed out before any refill.
+    slots[2] = first;
+    EXPECT_EQ(ConstSlotPtr(16, slots, 3), first);
+    free_ex(first);
+    free_ex(secondExpected);
+    free_ex(thirdExpected);
+
+    EXPECT_EQ(ConstSlotPtr(16, slots, 0), nullptr);
+    EXPECT_EQ(ConstSlotPtr(16, nullptr, 3), nullptr);
+    EXPECT_EQ(ConstSlotPtr(0, slots, 3), nullptr);
+}
+
+} // namespace
