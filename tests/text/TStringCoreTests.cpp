@@ -1,0 +1,325 @@
+#include "text/TString.h"
+
+#include <QByteArray>
+#include <QString>
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace {
+
+int References(AString const& s)
+{
+    return s.GetStringRef()->m_references.load();
+}
+
+std::string Std(AString const& s)
+{
+    return std::string(s.c_str(), static_cast<size_t>(s.GetLength()));
+}
+
+} // namespace
+
+TEST(TStringCore, EmptyStringsShareOneBufferAndAllocateNothing)
+{
+    AString const& null = AString::null();
+    AString a;
+    AString b(nullptr);
+    AString c("");
+    AString d("text");
+    d.Clear();
+    for (AString const* s : {&a, &b, &c, &d}) {
+        EXPECT_EQ(s->c_str(), null.c_str());
+        EXPECT_EQ(s->GetLength(), 0);
+        EXPECT_STREQ(s->c_str(), "");
+        EXPECT_TRUE(s->IsEmpty());
+        EXPECT_FALSE(s->HasStuff());
+        EXPECT_TRUE(!*s);
+    }
+    int const before = References(null);
+    {
+        AString e;
+        EXPECT_EQ(References(null), before + 1);
+    }
+    EXPECT_EQ(References(null), before);
+    EXPECT_EQ(WString(nullptr).c_str(), WString::null().c_str());
+    EXPECT_EQ(g_nullWchar[0], u'\0');
+}
+
+TEST(TStringCore, ExactCapacitiesRoundToEightBytes)
+{
+    EXPECT_EQ(AString::RoundBufferSize(0), 8u);
+    EXPECT_EQ(AString::RoundBufferSize(1), 8u);
+    EXPECT_EQ(AString::RoundBufferSize(8), 8u);
+    EXPECT_EQ(AString::RoundBufferSize(9), 16u);
+    EXPECT_EQ(AString("1234567").InternalBufferSize(), 8);
+    EXPECT_EQ(AString("12345678").InternalBufferSize(), 16);
+    EXPECT_EQ(WString(u"abc").InternalBufferSize(), 8);
+    EXPECT_EQ(WString(u"abcd").InternalBufferSize(), 16);
+    EXPECT_EQ(AString(length_t(20)).InternalBufferSize(), 24);
+    EXPECT_EQ(AString(length_t(~0u)).InternalBufferSize(), 8);
+    EXPECT_EQ(WString(length_t(~0u)).InternalBufferSize(), 8);
+    EXPECT_TRUE(AString(length_t(20)).IsEmpty());
+}
+
+TEST(TStringCore, GrowthAddsTenPercentAndNeverDoubles)
+{
+    AString s(std::string(100, 'x').c_str());
+    ASSERT_EQ(s.InternalBufferSize(), 104);
+    s.Append("abc"); // 103 characters and the terminator still fit
+    EXPECT_EQ(s.InternalBufferSize(), 104);
+    s.Append('d');
+    EXPECT_EQ(s.InternalBufferSize(), 120); // RoundBufferSize(103 + 10 + 1 + 1)
+
+    AString full(std::string(100, 'x').c_str());
+    full.EnsureBufferSize(100);
+    ASSERT_EQ(full.InternalBufferSize(), 104);
+    full.Append("1234"); // 104 + 1 > 104
+    EXPECT_EQ(full.InternalBufferSize(), 120); // RoundBufferSize(100 + 10 + 4 + 1)
+
+    WString wide(std::u16string(100, u'x').c_str());
+    ASSERT_EQ(wide.InternalBufferSize(), 208);
+    wide.Append(std::u16string(3, u'y').c_str());
+    EXPECT_EQ(wide.InternalBufferSize(), 208);
+    wide.Append(u'z');
+    EXPECT_EQ(wide.InternalBufferSize(), 2 * 120);
+
+    // One character at a time reallocates about every tenth of the length.
+    AString grown;
+    int changes = 0;
+    int capacity = grown.InternalBufferSize();
+    for (int i = 0; i < 10000; ++i) {
+        grown.Append('a');
+        if (grown.InternalBufferSize() != capacity)
+            ++changes, capacity = grown.InternalBufferSize();
+    }
+    EXPECT_EQ(grown.GetLength(), 10000);
+    EXPECT_LT(capacity, 10000 * 11 / 10 + 16);
+    EXPECT_GT(changes, 40);
+}
+
+TEST(TStringCore, GrowthCountsTheLengthBeforeTheInsert)
+{
+    AString s{length_t(0)};
+    s.Append(std::string(100, 'z').c_str());
+    EXPECT_EQ(s.InternalBufferSize(), 104); // RoundBufferSize(0 + 0 + 100 + 1)
+    s.Append("123");                        // 103 + 1 fits
+    EXPECT_EQ(s.InternalBufferSize(), 104);
+    s.Append("4567"); // from 103: RoundBufferSize(103 + 10 + 4 + 1)
+    EXPECT_EQ(s.InternalBufferSize(), 120);
+    EXPECT_EQ(s.GetLength(), 107);
+}
+
+TEST(TStringCore, CopiesShareUntilOneIsWritten)
+{
+    AString a("shared text");
+    AString b(a);
+    AString c;
+    c = b;
+    EXPECT_EQ(a.c_str(), b.c_str());
+    EXPECT_EQ(b.c_str(), c.c_str());
+    EXPECT_EQ(References(a), 3);
+
+    char* buffer = b.Buffer();
+    EXPECT_NE(buffer, a.c_str());
+    buffer[0] = 'S';
+    b.SetEnd(6);
+    EXPECT_STREQ(a.c_str(), "shared text");
+    EXPECT_STREQ(c.c_str(), "shared text");
+    EXPECT_STREQ(b.c_str(), "Shared");
+    EXPECT_EQ(References(a), 2);
+    EXPECT_EQ(References(b), 1);
+
+    c.Append('!');
+    EXPECT_STREQ(a.c_str(), "shared text");
+    EXPECT_STREQ(c.c_str(), "shared text!");
+
+    AString unshared(true, a);
+    EXPECT_NE(unshared.c_str(), a.c_str());
+    AString sharedAgain(false, a);
+    EXPECT_EQ(sharedAgain.c_str(), a.c_str());
+}
+
+TEST(TStringCore, DuplicateKeepsTheLargerCapacity)
+{
+    AString a{length_t(100)};
+    a.Append("abc");
+    AString b(a);
+    b.Append('d');
+    EXPECT_EQ(b.InternalBufferSize(), a.InternalBufferSize());
+    EXPECT_STREQ(a.c_str(), "abc");
+    EXPECT_STREQ(b.c_str(), "abcd");
+}
+
+TEST(TStringCore, SetEndRules)
+{
+    AString s;
+    s.EnsureBufferSize(10);
+    ASSERT_EQ(s.InternalBufferSize(), 16);
+    char* buffer = s.Buffer();
+    std::strcpy(buffer, "hello");
+    s.SetEnd(-1);
+    EXPECT_EQ(s.GetLength(), 5);
+    s.SetEnd(16); // not smaller than the capacity: ignored
+    EXPECT_EQ(s.GetLength(), 5);
+    s.SetEnd(2);
+    EXPECT_STREQ(s.c_str(), "he");
+
+    WString w;
+    w.EnsureBufferSize(3); // 8 bytes: four wide characters with the terminator
+    ASSERT_EQ(w.InternalBufferSize(), 8);
+    w.SetEnd(4); // would write past the block
+    EXPECT_EQ(w.GetLength(), 0);
+    w.SetEnd(3);
+    EXPECT_EQ(w.GetLength(), 3);
+}
+
+TEST(TStringCore, EmbeddedTerminatorsCountByLengthOnly)
+{
+    AString s("ab", length_t(2));
+    s.Append("\0cd", 3u);
+    EXPECT_EQ(s.GetLength(), 5);
+    EXPECT_EQ(Std(s), std::string("ab\0cd", 5));
+    EXPECT_EQ(s.qByteArray(), QByteArray("ab"));
+    EXPECT_EQ(s.qString(), QString("ab"));
+    EXPECT_EQ(s.Find("cd"), -1); // search stops at the first terminator
+    EXPECT_EQ(Std(s.GetRange(3, 2)), "cd");
+    s.Trim();
+    EXPECT_EQ(s.GetLength(), 2);
+
+    WString w(u"a\0b", length_t(3));
+    EXPECT_EQ(w.GetLength(), 3);
+    EXPECT_EQ(w.qString(), QString::fromUtf16(u"a\0b", 3));
+}
+
+TEST(TStringCore, ConstructionForms)
+{
+    EXPECT_STREQ(AString("abcdef", offset_t(2), length_t(3)).c_str(), "cde");
+    AString whole("abcdef");
+    EXPECT_STREQ(AString(whole, offset_t(4), length_t(10)).c_str(), "ef");
+    EXPECT_EQ(AString(whole, offset_t(0), length_t(6)).c_str(), whole.c_str());
+    EXPECT_STREQ(AString("ab", "cd").c_str(), "abcd");
+    EXPECT_STREQ(AString(nullptr, "cd").c_str(), "cd");
+    EXPECT_STREQ(AString("ab", static_cast<char const*>(nullptr)).c_str(), "ab");
+    EXPECT_STREQ(AString('x', count_t(3)).c_str(), "xxx");
+    EXPECT_TRUE(AString('x', count_t(0)).IsEmpty());
+    EXPECT_STREQ(AString("a-b_c", TCharFilter<char>{"-_", ' '}).c_str(), "a b c");
+    EXPECT_STREQ(AString(QByteArray("bytes")).c_str(), "bytes");
+    EXPECT_STREQ(AString(QString::fromUtf8("\xC3\xA9t\xC3\xA9")).c_str(), "\xC3\xA9t\xC3\xA9");
+    EXPECT_EQ(WString(QString("qt")), WString(u"qt"));
+    AString* heap = AString::New("heap");
+    EXPECT_STREQ(heap->c_str(), "heap");
+    delete heap;
+}
+
+TEST(TStringCore, NumbersAsText)
+{
+    EXPECT_STREQ(AString(-42).c_str(), "-42");
+    EXPECT_STREQ(AString(255, "%04x").c_str(), "00ff");
+    EXPECT_TRUE(AString(7, "").IsEmpty());
+    EXPECT_STREQ(AString(4000000000u).c_str(), "4000000000");
+    EXPECT_STREQ(AString(static_cast<short>(-5)).c_str(), "-5");
+    EXPECT_STREQ(AString(static_cast<unsigned short>(65535)).c_str(), "65535");
+    EXPECT_STREQ(AString(-9000000000LL).c_str(), "-9000000000");
+    EXPECT_STREQ(AString(18446744073709551615ULL).c_str(), "18446744073709551615");
+    EXPECT_STREQ(AString(1.0 / 3).c_str(), "0.33");
+    EXPECT_STREQ(AString(2.5f).c_str(), "2.50");
+    EXPECT_STREQ(AString(2.5, "%.3f").c_str(), "2.500");
+    EXPECT_STREQ(AString::LongToString(-7).c_str(), "-7");
+    EXPECT_EQ(WString(12), WString(u"12"));
+}
+
+TEST(TStringCore, AssignmentFromCStrings)
+{
+    AString s("old");
+    s = "new text";
+    EXPECT_STREQ(s.c_str(), "new text");
+    EXPECT_EQ(s.InternalBufferSize(), 16);
+    s = "";
+    EXPECT_EQ(s.c_str(), AString::null().c_str());
+    s = "again";
+    s = nullptr;
+    EXPECT_EQ(s.c_str(), AString::null().c_str());
+    s = "self-assigned";
+    s = s.c_str() + 5; // from its own buffer
+    EXPECT_STREQ(s.c_str(), "assigned");
+    s.Set("abcdef", 3);
+    EXPECT_STREQ(s.c_str(), "abc");
+    s = u"wide";
+    EXPECT_STREQ(s.c_str(), "wide");
+    AString moved(std::move(s));
+    EXPECT_STREQ(moved.c_str(), "wide");
+    EXPECT_TRUE(s.IsEmpty());
+}
+
+TEST(TStringCore, FreeUnusedMemoryShrinksToTheExactSize)
+{
+    AString s{length_t(200)};
+    s.Append("short");
+    EXPECT_EQ(s.InternalBufferSize(), 208);
+    s.FreeUnusedMemory();
+    EXPECT_EQ(s.InternalBufferSize(), 8);
+    EXPECT_STREQ(s.c_str(), "short");
+}
+
+TEST(TStringCore, InsertPositionsAndCounts)
+{
+    AString s("ace");
+    s.Insert(1, 'b');
+    s.Insert(3, "d", AString::s_end);
+    s.Insert(0x7fffffff, 'f', 2);
+    EXPECT_STREQ(s.c_str(), "abcdeff");
+    s.Insert(0, "xyz", 2);
+    EXPECT_STREQ(s.c_str(), "xyabcdeff");
+    s.Insert(2, AString("123"), 1);
+    EXPECT_STREQ(s.c_str(), "xy1abcdeff");
+    s.Insert(-1, '!'); // past the end: appends
+    EXPECT_STREQ(s.c_str(), "xy1abcdeff!");
+    s.Append(s.c_str(), 2u); // from its own buffer
+    EXPECT_STREQ(s.c_str(), "xy1abcdeff!xy");
+    s.Append(s);
+    EXPECT_STREQ(s.c_str(), "xy1abcdeff!xyxy1abcdeff!xy");
+    AString empty;
+    AString shared("share me");
+    empty += shared;
+    EXPECT_EQ(empty.c_str(), shared.c_str());
+    EXPECT_STREQ((AString("a") + "b" + AString("c") + 'd').c_str(), "abcd");
+    EXPECT_STREQ(("x" + AString("y")).c_str(), "xy");
+    AString p("b");
+    p.Prepend('a').Prepend("_");
+    EXPECT_STREQ(p.c_str(), "_ab");
+}
+
+TEST(TStringCore, ComparisonOperators)
+{
+    EXPECT_TRUE(AString("abc") == "abc");
+    EXPECT_TRUE(AString("abc") != AString("abd"));
+    EXPECT_TRUE(AString("abc") < AString("abd"));
+    EXPECT_EQ(AString("ABC").CompareWith("abd", false), -1);
+    EXPECT_EQ(AString("abc").CompareWith("ABC", false), 0);
+    EXPECT_EQ(WString(u"\u00C9t\u00E9").CompareWith(u"\u00E9T\u00C9", false), 0);
+    EXPECT_TRUE(AString() == static_cast<char const*>(nullptr));
+}
+
+TEST(TStringCore, CopiesOnManyThreadsKeepTheCountRight)
+{
+    AString const shared("one text for all threads");
+    std::vector<std::thread> threads;
+    for (int t = 0; t < 4; ++t) {
+        threads.emplace_back([&shared] {
+            for (int i = 0; i < 20000; ++i) {
+                AString copy(shared);
+                if (i % 7 == 0)
+                    copy.Append('x');
+            }
+        });
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+    EXPECT_EQ(References(shared), 1);
+    EXPECT_STREQ(shared.c_str(), "one text for all threads");
+}
