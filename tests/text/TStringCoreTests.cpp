@@ -1,3 +1,4 @@
+#include "StringPrinting.h"
 #include "text/TString.h"
 
 #include <QByteArray>

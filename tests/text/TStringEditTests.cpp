@@ -1,0 +1,239 @@
+#include "StringPrinting.h"
+#include "text/TString.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+AString Edited(char const* text, AString& (AString::*edit)(int), int argument)
+{
+    AString s(text);
+    (s.*edit)(argument);
+    return s;
+}
+
+} // namespace
+
+TEST(TStringEdit, KeepAndCutAtAndPastTheEnds)
+{
+    EXPECT_EQ(Edited("abcdef", &AString::KeepLeft, 2), "ab");
+    EXPECT_EQ(Edited("abcdef", &AString::KeepLeft, 7), "abcdef");
+    EXPECT_EQ(Edited("abcdef", &AString::KeepLeft, 0), "");
+    EXPECT_EQ(Edited("abcdef", &AString::KeepLeft, -1), "abcdef");
+    EXPECT_EQ(Edited("abcdef", &AString::KeepRight, 2), "ef");
+    EXPECT_EQ(Edited("abcdef", &AString::KeepRight, 6), "abcdef");
+    EXPECT_EQ(Edited("abcdef", &AString::KeepFrom, 4), "ef");
+    EXPECT_EQ(Edited("abcdef", &AString::KeepFrom, 6), "");
+    EXPECT_EQ(Edited("abcdef", &AString::KeepFrom, 7), "abcdef");
+    EXPECT_EQ(Edited("abcdef", &AString::CutLeft, 2), "cdef");
+    EXPECT_EQ(Edited("abcdef", &AString::CutLeft, 9), "");
+    EXPECT_EQ(Edited("abcdef", &AString::CutLeft, -3), "abcdef");
+    EXPECT_EQ(Edited("abcdef", &AString::CutRight, 2), "abcd");
+    EXPECT_EQ(Edited("abcdef", &AString::CutRight, 6), "");
+    EXPECT_EQ(Edited("abcdef", &AString::CutFrom, 2), "ab");
+    EXPECT_EQ(Edited("abcdef", &AString::CutFrom, 6), "abcdef");
+    EXPECT_EQ(Edited("abcdef", &AString::CutFrom, -1), "abcdef"); // Find's -1 cuts nothing
+    EXPECT_EQ(Edited("abcdef", &AString::CutOneChar, 5), "abcde");
+    EXPECT_EQ(Edited("abcdef", &AString::CutOneChar, 6), "abcdef");
+
+    AString s("abcdef");
+    EXPECT_EQ(s.CutRange(1, 2), "adef");
+    EXPECT_EQ(s.CutRange(2, 100), "ad");
+    EXPECT_EQ(s.CutRange(2, 1), "ad");
+    EXPECT_EQ(s.CutRange(0, 0), "ad");
+    EXPECT_EQ(AString("abcdef").KeepRange(2, 3), "cde");
+    EXPECT_EQ(AString("abcdef").KeepRange(4, 9), "ef");
+    EXPECT_EQ(AString("abcdef").KeepRange(7, 1), "abcdef");
+
+    AString const source("abcdef");
+    EXPECT_EQ(source.GetLeft(3), "abc");
+    EXPECT_EQ(source.GetLeft(10).c_str(), source.c_str()); // the whole text is shared
+    EXPECT_EQ(source.GetRight(2), "ef");
+    EXPECT_EQ(source.GetRight(-2), "");
+    EXPECT_EQ(source.GetFrom(4), "ef");
+    EXPECT_EQ(source.GetFrom(6), "");
+    EXPECT_EQ(source.GetRange(1, 2), "bc");
+    EXPECT_EQ(source, "abcdef");
+}
+
+TEST(TStringEdit, CutsOnASharedBufferLeaveTheOtherCopy)
+{
+    AString a("keep this whole");
+    AString b(a);
+    b.CutFrom(4);
+    b.MakeUpper();
+    EXPECT_EQ(a, "keep this whole");
+    EXPECT_EQ(b, "KEEP");
+    AString c(a);
+    c.CutLeft(100);
+    EXPECT_EQ(c.c_str(), AString::null().c_str());
+    EXPECT_EQ(a, "keep this whole");
+}
+
+TEST(TStringEdit, CutByContent)
+{
+    EXPECT_EQ(AString("a=b=c").CutFromFirstChar('='), "a");
+    EXPECT_EQ(AString("a=b=c").CutFromFirstChar('=', false), "a=");
+    EXPECT_EQ(AString("a=b=c").CutFromLastChar('='), "a=b");
+    EXPECT_EQ(AString("a=b=c").CutUntilFirstChar('='), "b=c");
+    EXPECT_EQ(AString("a=b=c").CutUntilFirstChar('=', false), "=b=c");
+    EXPECT_EQ(AString("a=b=c").CutUntilLastChar('='), "c");
+    EXPECT_EQ(AString("a=b=c").CutUntilLastChar('#'), "a=b=c");
+    EXPECT_EQ(AString("x/y\\z").CutUntilLastOf("/\\", true), "z");
+    EXPECT_EQ(AString("x/y\\z").CutUntilLastOf("/\\", false), "\\z");
+    EXPECT_EQ(AString("x/y\\z").CutFromFirstOf("\\/"), "x");
+    EXPECT_EQ(AString("x/y\\z").CutFromLastOf("/", false), "x/");
+    EXPECT_EQ(AString("x/y\\z").CutUntilFirstOf("\\"), "z");
+
+    EXPECT_EQ(AString("Name:  value ").CutFromString("VALUE", false, true), "Name:");
+    EXPECT_EQ(AString("Name:  value ").KeepAfterString(":", true, true), "value");
+    EXPECT_EQ(AString("Name:  value ").KeepAfterString("?", true, true), "Name:  value ");
+    EXPECT_EQ(AString("key = x").CutAfterString(" = "), "key = ");
+
+    AString s("a,b,c,d");
+    EXPECT_TRUE(s.CutAfterXthChar(',', 3));
+    EXPECT_EQ(s, "a,b,c");
+    EXPECT_FALSE(s.CutAfterXthChar(',', 3));
+    EXPECT_EQ(s, "a,b,c");
+}
+
+TEST(TStringEdit, CutTextBetween)
+{
+    AString s("a[1]b[22]c[3]");
+    EXPECT_EQ(s.CutTextBetween("[", "]", 1, false), 6);
+    EXPECT_EQ(s, "a[1]b[]c[3]");
+    EXPECT_EQ(s.CutTextBetween("[", "]", 0, true), 1);
+    EXPECT_EQ(s, "ab[]c[3]");
+    EXPECT_EQ(s.CutTextBetween("[", "]", 5, true), -1);
+    EXPECT_EQ(s, "ab[]c[3]");
+
+    AString all("x<!--1-->y<!--2-->z<!--");
+    EXPECT_EQ(all.CutTextBetween("<!--", "-->", -1, true), 2);
+    EXPECT_EQ(all, "xyz<!--");
+
+    // Repeating without the delimiters empties every pair once and ends.
+    AString inner("(ab)(cd)(ef");
+    EXPECT_EQ(inner.CutTextBetween("(", ")", -1, false), 3);
+    EXPECT_EQ(inner, "()()(ef");
+}
+
+TEST(TStringEdit, SplitAtFirstOf)
+{
+    AString s("a, b");
+    EXPECT_EQ(s.SplitAtFirstOf(","), "a");
+    EXPECT_EQ(s, " b");
+
+    AString none("abc");
+    EXPECT_EQ(none.SplitAtFirstOf(";"), "");
+    EXPECT_EQ(none, "abc");
+
+    AString runs(";;key;;value;;");
+    EXPECT_EQ(runs.SplitAtFirstOf(";"), "");
+    EXPECT_EQ(runs, "key;;value");
+    EXPECT_EQ(runs.SplitAtFirstOf(";"), "key");
+    EXPECT_EQ(runs, "value");
+}
+
+TEST(TStringEdit, TrimAndStrip)
+{
+    EXPECT_EQ(AString(" \t a b \t ").Trim(), "a b");
+    EXPECT_EQ(AString(" \t a b \t ").TrimLeft(), "a b \t ");
+    EXPECT_EQ(AString(" \t a b \t ").TrimRight(), " \t a b");
+    EXPECT_EQ(AString("xxaxx").Trim("x"), "a");
+    EXPECT_TRUE(AString("xxxx").Trim("x").IsEmpty());
+    EXPECT_EQ(AString("--a--").TrimInt("-", 4), "--a");
+    EXPECT_EQ(AString("\"quoted\"").RemoveQuotes(), "quoted");
+    EXPECT_EQ(AString("a.b.c").StripChar('.'), "abc");
+    EXPECT_EQ(AString("a.b,c").StripAnyOf(".,"), "abc");
+    EXPECT_EQ(AString("a  b   c ").StripDoubloons(' '), "a b c ");
+    EXPECT_EQ(AString("--1-2.3.4x").KeepOnlyDigits(), "1234");
+    EXPECT_EQ(AString("--1-2.3.4x").KeepOnlyDigits(true, true), "-12.34");
+    EXPECT_EQ(AString("a/* x */b/*y*/c").RemoveCComments(), "abc");
+    EXPECT_EQ(AString("a/* open").RemoveCComments(), "a");
+    EXPECT_EQ(AString("a */ b").RemoveCComments(), "a */ b");
+
+    WString w(u"  wide\t");
+    EXPECT_EQ(w.Trim(), WString(u"wide"));
+}
+
+TEST(TStringEdit, CaseInTheCLocale)
+{
+    EXPECT_EQ(AString("abc XYZ \xC3\xA9").MakeUpper(), "ABC XYZ \xC3\xA9");
+    EXPECT_EQ(AString("ABC xyz").MakeLower(), "abc xyz");
+    EXPECT_EQ(AString("hELLO wORLD").MakeCapital(), "Hello world");
+    EXPECT_EQ(AString("hELLO wORLD").MakeCapital(true), "Hello World");
+    EXPECT_EQ(AString("a.b c").MakeUpperInitials(), "A.B C");
+    EXPECT_EQ(AString("word").MakeUpperInitials(), "word");
+    EXPECT_EQ(AString("j. r. smith x").MakeUpperInitials(), "J. R. smith X");
+    EXPECT_EQ(AString("Mixed").SetCase(eWordCaseUpper), "MIXED");
+    EXPECT_EQ(AString("Mixed").SetCase(eWordCaseMixed), "Mixed");
+    EXPECT_EQ(AString("abc").Inverse(), "cba");
+    EXPECT_EQ(WString(u"\u00E9t\u00E9").MakeUpper(), WString(u"\u00C9T\u00C9"));
+    EXPECT_EQ(WString(u"\u0391\u0392").MakeLower(), WString(u"\u03B1\u03B2"));
+
+    AString shared("lower");
+    AString copy(shared);
+    copy.MakeLower(); // nothing changes: stays shared
+    EXPECT_EQ(copy.c_str(), shared.c_str());
+}
+
+TEST(TStringEdit, Delimiters)
+{
+    EXPECT_EQ(AString().SetDelimiters('"', '"'), "\"\"");
+    EXPECT_EQ(AString("\"").SetDelimiters('"', '"'), "\"");
+    EXPECT_EQ(AString("a").SetQuotes(), "\"a\"");
+    EXPECT_EQ(AString("\"a").SetQuotes(), "\"a\"");
+    EXPECT_EQ(AString("a").SetBrackets(), "<a>");
+    EXPECT_EQ(AString("a}").SetBraces(), "{a}");
+    EXPECT_EQ(AString("tag").SetXmlBraces(), "<tag>");
+    EXPECT_EQ(AString("tag").SetXmlBraces(false), "</tag>");
+    EXPECT_EQ(AString("x").Quoted(), "\"x\"");
+    EXPECT_EQ(AString("/x").SetDelimiters("/\\"), "/x/");
+    EXPECT_EQ(AString("\\x").EnsureLastCharIs("/\\"), "\\x/");
+    EXPECT_EQ(AString("x\\").EnsureLastCharIs("/\\"), "x\\");
+    EXPECT_EQ(AString("x").EnsureFirstCharIs('.'), ".x");
+    EXPECT_EQ(AString().EnsureLastCharIs('/'), "/");
+}
+
+TEST(TStringEdit, PadCountsTabsToTheirStops)
+{
+    EXPECT_EQ(AString("ab").Pad('.', 5), "ab...");
+    EXPECT_EQ(AString("ab").Pad('.', 5, 0, true), "...ab");
+    EXPECT_EQ(AString("abcdef").Pad('.', 5), "abcdef");
+    EXPECT_EQ(AString("\tab").Pad('.', 12, 8), "\tab..");   // the tab reaches column 8
+    EXPECT_EQ(AString("\tab").Pad('.', 12, 0), "\tab.........");
+    EXPECT_EQ(AString("ab").Pad('\t', 9, 4), "ab\t\t\t");   // 2 -> 4 -> 8 -> 12
+    EXPECT_EQ(AString("ab").Pad('\t', 8, 4, true), "ab\t\t"); // tabs always at the end
+    EXPECT_EQ(AString("abcd").Pad('\t', 4, 4), "abcd");
+}
+
+TEST(TStringEdit, SpaceAndCountAndNiceInteger)
+{
+    EXPECT_EQ(AString("a b  c").Space(0), "abc");
+    EXPECT_EQ(AString("abc").Space(1), "a b c");
+    EXPECT_EQ(AString("ab").Space(3), "a   b");
+    EXPECT_EQ(AString("a").Space(2), "a");
+
+    EXPECT_EQ(AString("Take").AddCount(7, 120), "Take(007)");
+    EXPECT_EQ(AString("Take").AddCount(7, 120, " #%s", false), "Take #007");
+    EXPECT_EQ(AString("Take").AddCount(12, 5, "%s. ", true), "12. Take");
+
+    EXPECT_EQ(AString("1234567").SetNiceInteger(), "1 234 567");
+    EXPECT_EQ(AString("1234").SetNiceInteger(), "1 234");
+    EXPECT_EQ(AString("999").SetNiceInteger(), "999");
+    EXPECT_EQ(AString("-123").SetNiceInteger(), "- 123");
+    EXPECT_EQ(WString(u"123456").SetNiceInteger(), WString(u"123 456"));
+}
+
+TEST(TStringEdit, CharacterReplacement)
+{
+    EXPECT_EQ(AString("a\\b\\c").BackSlahesToSlashes(), "a/b/c");
+    EXPECT_EQ(AString("abc").ReplaceLastChar('!'), "ab!");
+    EXPECT_EQ(AString().ReplaceLastChar('!'), "");
+    EXPECT_EQ(AString("a:b|c").ReplaceAnyOf(":|", '_'), "a_b_c");
+    EXPECT_EQ(AString("abc").SetChar(1, 'X'), "aXc");
+    EXPECT_EQ(AString("abc").SetChar(3, 'X'), "abc");
+    EXPECT_EQ(AString("abcdef").Replace(1, 3, "XY"), "aXYef");
+    AString self("abc");
+    EXPECT_EQ(self.Replace(0, 1, self.c_str() + 1), "bcbc");
+}
