@@ -1,5 +1,8 @@
 #include "math/Base64.h"
 
+#include "math/FastKernels.h"
+#include "text/TString.h"
+
 #include <cstdint>
 #include <cstring>
 
@@ -15,7 +18,7 @@ struct TPairTable
 
 constexpr TPairTable MakePairTable()
 {
-    TPairTable table{};
+    TPairTable table {};
     for (unsigned i = 0; i < 4096; ++i) {
         auto const first = static_cast<unsigned char>(kAlphabet[i >> 6]);
         auto const second = static_cast<unsigned char>(kAlphabet[i & 63]);
@@ -48,7 +51,7 @@ constexpr uint32_t kInvalid = 0x80000000u;
 
 constexpr TDecodeTables MakeDecodeTables()
 {
-    TDecodeTables tables{};
+    TDecodeTables tables {};
     for (int c = 0; c < 256; ++c) {
         tables.value[c] = kSkip;
         for (int k = 0; k < 4; ++k)
@@ -85,20 +88,13 @@ inline void Store3(unsigned char* out, uint32_t bits)
     out[2] = static_cast<unsigned char>(bits);
 }
 
-// Whole groups of four plain digits; stops before the first group that
-// holds anything else.
+// Whole groups of four plain digits, the bulk through the kernel; stops
+// before the first group that holds anything else.
 unsigned char const* DecodePlainGroups(unsigned char const* p, unsigned char const* end, unsigned char*& out)
 {
-    while (end - p >= 8) {
-        uint32_t const a = Placed(p);
-        uint32_t const b = Placed(p + 4);
-        if ((a | b) & kInvalid)
-            break;
-        Store3(out, a);
-        Store3(out + 3, b);
-        out += 6;
-        p += 8;
-    }
+    size_t const bulk = FastKernels().base64Decode(p, size_t(end - p), out);
+    p += bulk;
+    out += bulk / 4 * 3;
     while (end - p >= 4) {
         uint32_t const a = Placed(p);
         if (a & kInvalid)
@@ -113,7 +109,7 @@ unsigned char const* DecodePlainGroups(unsigned char const* p, unsigned char con
 int StoreGroup(uint8_t const group[4], unsigned char* out)
 {
     uint32_t const bits = (uint32_t(group[0] & 63) << 18) | (uint32_t(group[1] & 63) << 12)
-                        | (uint32_t(group[2] & 63) << 6) | uint32_t(group[3] & 63);
+        | (uint32_t(group[2] & 63) << 6) | uint32_t(group[3] & 63);
     int const count = group[3] != kFiller ? 3 : group[2] != kFiller ? 2 : 1;
     out[0] = static_cast<unsigned char>(bits >> 16);
     if (count > 1)
@@ -124,6 +120,39 @@ int StoreGroup(uint8_t const group[4], unsigned char* out)
 }
 
 } // namespace
+
+size_t Base64EncodeWords(unsigned char const* data, size_t size, char* text)
+{
+    auto const& pairs = s_pairs.entry;
+    size_t done = 0;
+    // Six bytes from each eight-byte read.
+    for (; size - done >= 8; done += 6, text += 8) {
+        uint64_t word;
+        std::memcpy(&word, data + done, 8);
+#if __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
+        word = __builtin_bswap64(word);
+#endif
+        Store16(text, pairs[(word >> 52) & 0xFFF]);
+        Store16(text + 2, pairs[(word >> 40) & 0xFFF]);
+        Store16(text + 4, pairs[(word >> 28) & 0xFFF]);
+        Store16(text + 6, pairs[(word >> 16) & 0xFFF]);
+    }
+    return done;
+}
+
+size_t Base64DecodeWords(unsigned char const* text, size_t length, unsigned char* data)
+{
+    size_t done = 0;
+    for (; length - done >= 8; done += 8, data += 6) {
+        uint32_t const a = Placed(text + done);
+        uint32_t const b = Placed(text + done + 4);
+        if ((a | b) & kInvalid)
+            break;
+        Store3(data, a);
+        Store3(data + 3, b);
+    }
+    return done;
+}
 
 int Base64EncodedSize(int size)
 {
@@ -140,18 +169,10 @@ int EncodeBase64(void const* data, int size, char* text)
     char* out = text;
     size_t n = static_cast<size_t>(size);
     auto const& pairs = s_pairs.entry;
-    // Six bytes at a time from one eight-byte read.
-    for (; n >= 8; n -= 6, p += 6, out += 8) {
-        uint64_t word;
-        std::memcpy(&word, p, 8);
-#if __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
-        word = __builtin_bswap64(word);
-#endif
-        Store16(out, pairs[(word >> 52) & 0xFFF]);
-        Store16(out + 2, pairs[(word >> 40) & 0xFFF]);
-        Store16(out + 4, pairs[(word >> 28) & 0xFFF]);
-        Store16(out + 6, pairs[(word >> 16) & 0xFFF]);
-    }
+    size_t const bulk = FastKernels().base64Encode(p, n, out);
+    p += bulk;
+    n -= bulk;
+    out += bulk / 3 * 4;
     for (; n >= 3; n -= 3, p += 3, out += 4) {
         uint32_t const bits = (uint32_t(p[0]) << 16) | (uint32_t(p[1]) << 8) | p[2];
         Store16(out, pairs[bits >> 12]);
@@ -166,6 +187,20 @@ int EncodeBase64(void const* data, int size, char* text)
         out += 4;
     }
     return static_cast<int>(out - text);
+}
+
+TString<char> EncodeBase64(double value)
+{
+    char text[12];
+    int const length = EncodeBase64(&value, sizeof value, text);
+    return TString<char>(text, length_t(length));
+}
+
+TString<char> EncodeBase64(float value)
+{
+    char text[8];
+    int const length = EncodeBase64(&value, sizeof value, text);
+    return TString<char>(text, length_t(length));
 }
 
 int Base64DecodedMaxSize(int textLength)

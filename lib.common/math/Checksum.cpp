@@ -14,7 +14,7 @@ struct TCrc16Table
 
 constexpr TCrc16Table MakeCrc16Table()
 {
-    TCrc16Table table{};
+    TCrc16Table table {};
     for (unsigned i = 0; i < 256; ++i) {
         unsigned c = i;
         for (int bit = 0; bit < 8; ++bit)

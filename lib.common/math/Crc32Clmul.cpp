@@ -30,8 +30,7 @@ constexpr uint64_t FoldConstant(unsigned n)
 }
 
 // Low and high half of the operand that folds a block D bits forward.
-template <unsigned D>
-struct TFold
+template <unsigned D> struct TFold
 {
     static constexpr long long lo = static_cast<long long>(FoldConstant(D + 32));
     static constexpr long long hi = static_cast<long long>(FoldConstant(D - 32));
@@ -54,8 +53,7 @@ inline __m128i Fold128(__m128i x, __m128i k)
     return _mm_xor_si128(_mm_clmulepi64_si128(x, k, 0x00), _mm_clmulepi64_si128(x, k, 0x11));
 }
 
-template <unsigned D>
-inline __m128i Constant128()
+template <unsigned D> inline __m128i Constant128()
 {
     return _mm_set_epi64x(TFold<D>::hi, TFold<D>::lo);
 }
@@ -112,15 +110,14 @@ inline __m512i Load512(unsigned char const* p)
 
 inline __m512i Fold512(__m512i x, __m512i k, __m512i next)
 {
-    return _mm512_ternarylogic_epi64(_mm512_clmulepi64_epi128(x, k, 0x00), _mm512_clmulepi64_epi128(x, k, 0x11),
-                                     next, 0x96);
+    return _mm512_ternarylogic_epi64(
+        _mm512_clmulepi64_epi128(x, k, 0x00), _mm512_clmulepi64_epi128(x, k, 0x11), next, 0x96);
 }
 
-template <unsigned D>
-inline __m512i Constant512()
+template <unsigned D> inline __m512i Constant512()
 {
-    return _mm512_set_epi64(TFold<D>::hi, TFold<D>::lo, TFold<D>::hi, TFold<D>::lo, TFold<D>::hi, TFold<D>::lo,
-                            TFold<D>::hi, TFold<D>::lo);
+    return _mm512_set_epi64(
+        TFold<D>::hi, TFold<D>::lo, TFold<D>::hi, TFold<D>::lo, TFold<D>::hi, TFold<D>::lo, TFold<D>::hi, TFold<D>::lo);
 }
 
 } // namespace
@@ -151,8 +148,8 @@ uint32_t Crc32Vpclmul(uint32_t crc, void const* data, size_t size)
         z = Fold512(z, k1, Load512(p));
 
     // The four lanes into one: each folded by its distance to the last.
-    __m512i const lanes = _mm512_set_epi64(0, 0, TFold<128>::hi, TFold<128>::lo, TFold<256>::hi,
-                                           TFold<256>::lo, TFold<384>::hi, TFold<384>::lo);
+    __m512i const lanes = _mm512_set_epi64(
+        0, 0, TFold<128>::hi, TFold<128>::lo, TFold<256>::hi, TFold<256>::lo, TFold<384>::hi, TFold<384>::lo);
     // Lane 3 has no distance to go: its constant is 0 and the lane itself is
     // added instead.
     alignas(64) __m128i folded[4];

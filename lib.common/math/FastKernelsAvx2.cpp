@@ -37,7 +37,7 @@ struct TChunk
 
 inline TChunk LoadChunk(unsigned char const* p)
 {
-    return {Load(p), Load(p + 32), Load(p + 64), Load(p + 96)};
+    return { Load(p), Load(p + 32), Load(p + 64), Load(p + 96) };
 }
 
 inline void StoreChunk(unsigned char* p, TChunk const& v)
@@ -160,8 +160,8 @@ bool Avx2IsZero(void const* data, size_t size)
     auto const* p = static_cast<unsigned char const*>(data);
     size_t at = 0;
     for (; at + 128 <= size; at += 128) {
-        __m256i const any = _mm256_or_si256(_mm256_or_si256(Load(p + at), Load(p + at + 32)),
-                                            _mm256_or_si256(Load(p + at + 64), Load(p + at + 96)));
+        __m256i const any = _mm256_or_si256(
+            _mm256_or_si256(Load(p + at), Load(p + at + 32)), _mm256_or_si256(Load(p + at + 64), Load(p + at + 96)));
         if (!_mm256_testz_si256(any, any))
             return false;
     }

@@ -46,19 +46,33 @@ uint32_t PickThenCrc32(uint32_t crc, void const* data, size_t size)
     return FastKernels().crc32(crc, data, size);
 }
 
+size_t PickThenEncode(unsigned char const* data, size_t size, char* text)
+{
+    InitFastMemoryDispatch();
+    return FastKernels().base64Encode(data, size, text);
+}
+
+size_t PickThenDecode(unsigned char const* text, size_t length, unsigned char* data)
+{
+    InitFastMemoryDispatch();
+    return FastKernels().base64Decode(text, length, data);
+}
+
 constexpr TFastKernels s_kernels[] = {
-    {PickThenCopy, PickThenMove, PickThenZero, PickThenFill, PickThenIsZero, PickThenCrc32},
-    {GenericCopy, GenericMove, GenericZero, GenericFill, GenericIsZero, Crc32Tables},
+    { PickThenCopy, PickThenMove, PickThenZero, PickThenFill, PickThenIsZero, PickThenCrc32, PickThenEncode,
+        PickThenDecode },
+    { GenericCopy, GenericMove, GenericZero, GenericFill, GenericIsZero, Crc32Tables, Base64EncodeWords,
+        Base64DecodeWords },
 #if COMMON_X86_KERNELS
-    {Avx2Copy, Avx2Move, Avx2Zero, Avx2Fill, Avx2IsZero, Crc32Pclmul},
-    {Avx2Copy, Avx2Move, Avx2Zero, Avx2Fill, Avx2IsZero, Crc32Vpclmul},
+    { Avx2Copy, Avx2Move, Avx2Zero, Avx2Fill, Avx2IsZero, Crc32Pclmul, Avx2Base64Encode, Avx2Base64Decode },
+    { Avx2Copy, Avx2Move, Avx2Zero, Avx2Fill, Avx2IsZero, Crc32Vpclmul, Avx2Base64Encode, Avx2Base64Decode },
 #endif
 };
 
 constexpr int kLevelCount = static_cast<int>(sizeof(s_kernels) / sizeof(s_kernels[0]));
 
 // The one process-wide number that indexes the kernel table.
-std::atomic<int> g_fastMemoryLevel{0};
+std::atomic<int> g_fastMemoryLevel { 0 };
 
 bool CanRunLevel(int level)
 {
@@ -68,9 +82,12 @@ bool CanRunLevel(int level)
     unsigned const level2 = eCpuSse41 | eCpuPclmul | eCpuAvx2;
     unsigned const level3 = level2 | eCpuAvx512 | eCpuVpclmul;
     switch (level) {
-    case 2: return (features & level2) == level2;
-    case 3: return (features & level3) == level3;
-    default: return true;
+    case 2:
+        return (features & level2) == level2;
+    case 3:
+        return (features & level3) == level3;
+    default:
+        return true;
     }
 }
 

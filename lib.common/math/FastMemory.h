@@ -36,8 +36,7 @@ COMMON_EXPORT bool IsZeroedMemory(void const* data, int size);
 class TFastMemoryRun
 {
 public:
-    template <size_t N>
-    static void Copy(unsigned char const* source, unsigned char* target)
+    template <size_t N> static void Copy(unsigned char const* source, unsigned char* target)
     {
         constexpr size_t step = Step(N);
         if constexpr (step == 16)
@@ -48,8 +47,7 @@ public:
             Copy<N - step>(source + step, target + step);
     }
 
-    template <size_t N>
-    static void Zero(unsigned char* target)
+    template <size_t N> static void Zero(unsigned char* target)
     {
         constexpr size_t step = Step(N);
         std::memset(target, 0, step);
@@ -57,9 +55,13 @@ public:
             Zero<N - step>(target + step);
     }
 
-#define COMMON_FAST_RUN_CASES(X)                                                                   \
-    X(1) X(2) X(3) X(4) X(5) X(6) X(7) X(8) X(9) X(10) X(11) X(12) X(13) X(14) X(15) X(16) X(17)  \
-    X(18) X(19) X(20) X(21) X(22) X(23) X(24) X(25) X(26) X(27) X(28) X(29) X(30) X(31) X(32)
+    // clang-format off
+#define COMMON_FAST_RUN_CASES(X) \
+    X(1)  X(2)  X(3)  X(4)  X(5)  X(6)  X(7)  X(8)  X(9)  X(10) X(11) X(12) X(13) X(14) X(15) X(16) \
+    X(17) X(18) X(19) X(20) X(21) X(22) X(23) X(24) X(25) X(26) X(27) X(28) X(29) X(30) X(31) X(32)
+#define COMMON_FAST_COPY_CASE(n) case n: Copy<n>(s, t); return;
+#define COMMON_FAST_ZERO_CASE(n) case n: Zero<n>(t); return;
+    // clang-format on
 
     // size is 1 to 32.
     static void CopyUpTo32(void const* source, void* target, int size)
@@ -67,10 +69,9 @@ public:
         auto const* s = static_cast<unsigned char const*>(source);
         auto* t = static_cast<unsigned char*>(target);
         switch (size) {
-#define COMMON_FAST_COPY_CASE(n) case n: Copy<n>(s, t); return;
             COMMON_FAST_RUN_CASES(COMMON_FAST_COPY_CASE)
-#undef COMMON_FAST_COPY_CASE
-        default: return;
+        default:
+            return;
         }
     }
 
@@ -78,17 +79,17 @@ public:
     {
         auto* t = static_cast<unsigned char*>(target);
         switch (size) {
-#define COMMON_FAST_ZERO_CASE(n) case n: Zero<n>(t); return;
             COMMON_FAST_RUN_CASES(COMMON_FAST_ZERO_CASE)
-#undef COMMON_FAST_ZERO_CASE
-        default: return;
+        default:
+            return;
         }
     }
+#undef COMMON_FAST_ZERO_CASE
+#undef COMMON_FAST_COPY_CASE
 #undef COMMON_FAST_RUN_CASES
 
     // One element repeated over 8 bytes.
-    template <class T>
-    static uint64_t Pattern(T value)
+    template <class T> static uint64_t Pattern(T value)
     {
         static_assert(std::is_arithmetic_v<T> && 8 % sizeof(T) == 0, "FastFill takes plain numbers");
         unsigned char bytes[8];
@@ -149,8 +150,7 @@ inline void FastZeroEx(void* target, int size)
 }
 
 // For char, short, int, long long, float and double.
-template <class T>
-inline void FastFill(T* target, T value, int count)
+template <class T> inline void FastFill(T* target, T value, int count)
 {
     if (count <= 0)
         return;

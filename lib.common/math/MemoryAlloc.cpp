@@ -71,7 +71,7 @@ void* AllocPageAlignedMemory(unsigned int size, ECanException canException)
     void* block = PlatformAllocPages(size);
     if (!block && canException)
         if (!block)
-        ThrowIfNoMemory(nullptr);
+            ThrowIfNoMemory(nullptr);
     return block;
 }
 

@@ -11,6 +11,7 @@
 class COMMON_EXPORT float16
 {
 public:
+    // clang-format off
     enum EZero_ { EZero };
     enum EMin_ { EMin };
     enum EMax_ { EMax };
@@ -33,8 +34,11 @@ public:
     constexpr float16(EInfiniteNeg_) : m_bits(0xFC00) {}
     constexpr float16(ENanPos_) : m_bits(0x7E00) {}
     constexpr float16(ENanNeg_) : m_bits(0xFE00) {}
+    // clang-format on
 
-    float16(float value) : float16(FromFloat(value), ERaw) {}
+    float16(float value)
+        : float16(FromFloat(value), ERaw)
+    { }
     float16& operator=(float value) { return *this = float16(value); }
 
     operator float() const { return g_float16_32 ? g_float16_32[Bits()] : ToFloat(Bits()); }
@@ -50,8 +54,13 @@ public:
     static unsigned short const* g_float32_16;
 
 private:
-    enum ERaw_ { ERaw };
-    constexpr float16(unsigned short bits, ERaw_) : m_bits(bits) {}
+    enum ERaw_
+    {
+        ERaw
+    };
+    constexpr float16(unsigned short bits, ERaw_)
+        : m_bits(bits)
+    { }
     constexpr unsigned short Bits() const { return m_bits; }
 
     static unsigned short FromFloat(float value)

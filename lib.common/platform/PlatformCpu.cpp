@@ -14,8 +14,7 @@ unsigned DetectCpuFeatures()
         features |= eCpuPclmul;
     if (__builtin_cpu_supports("avx2"))
         features |= eCpuAvx2;
-    if (__builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw")
-        && __builtin_cpu_supports("avx512vl"))
+    if (__builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw") && __builtin_cpu_supports("avx512vl"))
         features |= eCpuAvx512;
     if (__builtin_cpu_supports("vpclmulqdq"))
         features |= eCpuVpclmul;

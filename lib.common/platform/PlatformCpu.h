@@ -9,7 +9,7 @@ enum ECpuFeature : unsigned
     eCpuSse41 = 1u << 0,
     eCpuPclmul = 1u << 1,
     eCpuAvx2 = 1u << 2,
-    eCpuAvx512 = 1u << 3,     // F, BW and VL together
+    eCpuAvx512 = 1u << 3, // F, BW and VL together
     eCpuVpclmul = 1u << 4,
 };
 

@@ -1,5 +1,8 @@
+#include "KernelLevels.h"
+
 #include "math/Base64.h"
 #include "math/TRandomizer.h"
+#include "text/TString.h"
 
 #include <QByteArray>
 #include <gtest/gtest.h>
@@ -36,15 +39,17 @@ QByteArray Decode(char const* text)
 
 TEST(Base64, EncodesLikeTheStandardForEveryLength)
 {
-    for (int size = 0; size <= 200; ++size) {
-        QByteArray const bytes = RandomBytes(size, uint64_t(size) + 1);
-        std::string const text = Encode(bytes);
-        ASSERT_EQ(text, bytes.toBase64().toStdString()) << "size " << size;
-        ASSERT_EQ(Base64EncodedSize(size), 4 * (size / 3) + (size % 3 ? 4 : 0));
-        ASSERT_EQ(Decode(text.c_str()), bytes) << "size " << size;
-    }
-    QByteArray const large = RandomBytes(100003, 99);
-    EXPECT_EQ(Decode(Encode(large).c_str()), large);
+    ForEachKernelLevel([] {
+        for (int size = 0; size <= 200; ++size) {
+            QByteArray const bytes = RandomBytes(size, uint64_t(size) + 1);
+            std::string const text = Encode(bytes);
+            ASSERT_EQ(text, bytes.toBase64().toStdString()) << "size " << size;
+            ASSERT_EQ(Base64EncodedSize(size), 4 * (size / 3) + (size % 3 ? 4 : 0));
+            ASSERT_EQ(Decode(text.c_str()), bytes) << "size " << size;
+        }
+        QByteArray const large = RandomBytes(100003, 99);
+        EXPECT_EQ(Decode(Encode(large).c_str()), large);
+    });
     EXPECT_EQ(Encode(QByteArray("foobar")), "Zm9vYmFy");
     EXPECT_EQ(Encode(QByteArray("fo")), "Zm8=");
     EXPECT_EQ(Encode(QByteArray("f")), "Zg==");
@@ -65,6 +70,51 @@ TEST(Base64, DecoderSkipsForeignCharactersAnywhere)
     for (size_t at = 7; at < text.size(); at += 97)
         text.insert(at, "\n");
     EXPECT_EQ(Decode(text.c_str()), bytes);
+}
+
+// The rules read one character at a time, as plainly as they are stated.
+QByteArray PlainDecode(std::string const& text)
+{
+    static std::string const alphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+    QByteArray bytes;
+    std::vector<int> group;
+    auto flush = [&] {
+        while (group.size() < 4)
+            group.push_back(-1);
+        unsigned bits = 0;
+        for (int v : group)
+            bits = (bits << 6) | unsigned(v < 0 ? 0 : v);
+        int const count = group[3] >= 0 ? 3 : group[2] >= 0 ? 2 : 1;
+        for (int k = 0; k < count; ++k)
+            bytes.append(char(bits >> (16 - 8 * k)));
+        group.clear();
+    };
+    for (char c : text) {
+        if (c == '\0')
+            break;
+        if (c == '=')
+            group.push_back(-1);
+        else if (alphabet.find(c) != std::string::npos)
+            group.push_back(int(alphabet.find(c)));
+        if (group.size() == 4)
+            flush();
+    }
+    if (!group.empty())
+        flush();
+    return bytes;
+}
+
+TEST(Base64, AnyByteInsideALongRunIsClassifiedLikeTheRules)
+{
+    std::string const clean = Encode(RandomBytes(72, 17));
+    ForEachKernelLevel([&] {
+        for (int c = 1; c < 256; ++c)
+            for (size_t at : { 0u, 5u, 31u, 32u, 63u, 95u }) {
+                std::string text = clean;
+                text[at] = char(c);
+                ASSERT_EQ(Decode(text.c_str()), PlainDecode(text)) << "byte " << c << " at " << at;
+            }
+    });
 }
 
 TEST(Base64, FillerDecidesTheCountOnlyAtTheEndOfAGroup)
@@ -92,6 +142,17 @@ TEST(Base64, GroupCutShortReadsAsFilled)
     EXPECT_EQ(out.left(3), QByteArray("foo"));
     EXPECT_EQ(DecodeBase64(embedded + 5, 4, out.data()), 3);
     EXPECT_EQ(out.left(3), QByteArray("bar"));
+}
+
+TEST(Base64, ValuesAreEncodedInMemoryOrder)
+{
+    EXPECT_TRUE(EncodeBase64(0.0f) == "AAAAAA==");
+    EXPECT_TRUE(EncodeBase64(-2.5f) == "AAAgwA==");
+    EXPECT_TRUE(EncodeBase64(1.0) == "AAAAAAAA8D8=");
+    TString<char> const text = EncodeBase64(-0.1);
+    double back = 0;
+    ASSERT_EQ(DecodeBase64(text.c_str(), &back), 8);
+    EXPECT_EQ(back, -0.1);
 }
 
 TEST(Base64, DecodedSizeCoversAnyText)

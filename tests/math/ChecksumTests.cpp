@@ -52,12 +52,13 @@ TEST(Checksum, Crc32MatchesTheBitwiseDefinitionOnEveryKernel)
     std::vector<size_t> sizes;
     for (size_t n = 1; n <= 600; ++n)
         sizes.push_back(n);
-    for (size_t n : {1023u, 1024u, 4096u, 65535u, 65536u, 100001u, 299990u})
+    for (size_t n : { 1023u, 1024u, 4096u, 65535u, 65536u, 100001u, 299990u })
         sizes.push_back(n);
     ForEachKernelLevel([&] {
         for (size_t size : sizes)
-            for (size_t offset : {0u, 1u, 5u, 13u}) {
-                ASSERT_EQ(ComputeCrc32(data.data() + offset, unsigned(size)), ReferenceCrc32(data.data() + offset, size))
+            for (size_t offset : { 0u, 1u, 5u, 13u }) {
+                ASSERT_EQ(
+                    ComputeCrc32(data.data() + offset, unsigned(size)), ReferenceCrc32(data.data() + offset, size))
                     << "size " << size << " offset " << offset;
             }
     });
@@ -66,7 +67,7 @@ TEST(Checksum, Crc32MatchesTheBitwiseDefinitionOnEveryKernel)
 TEST(Checksum, Crc32ExRunsBothWays)
 {
     std::vector<unsigned char> const data = RandomBytes(20000, 8);
-    for (size_t size : {1u, 7u, 8u, 9u, 4095u, 4096u, 4097u, 8200u, 20000u}) {
+    for (size_t size : { 1u, 7u, 8u, 9u, 4095u, 4096u, 4097u, 8200u, 20000u }) {
         std::vector<unsigned char> reversed(data.rbegin() + (data.size() - size), data.rend());
         uint64_t const both = ComputeCrc32Ex(data.data(), unsigned(size));
         EXPECT_EQ(uint32_t(both), ReferenceCrc32(data.data(), size)) << size;
@@ -97,7 +98,7 @@ TEST(Checksum, OfficialCrc32InPiecesEqualsOneRun)
 TEST(Checksum, Crc16AgainstTheBitwiseDefinition)
 {
     std::vector<unsigned char> const data = RandomBytes(1000, 11);
-    for (size_t size : {1u, 2u, 100u, 1000u}) {
+    for (size_t size : { 1u, 2u, 100u, 1000u }) {
         unsigned crc = 0;
         for (size_t i = 0; i < size; ++i) {
             crc ^= data[i];

@@ -25,7 +25,7 @@ std::vector<int> InterestingSizes()
     std::vector<int> sizes;
     for (int n = 0; n <= 300; ++n)
         sizes.push_back(n);
-    for (int n : {511, 512, 513, 1000, 4095, 4096, 4097, 10000, 65536 + 7})
+    for (int n : { 511, 512, 513, 1000, 4095, 4096, 4097, 10000, 65536 + 7 })
         sizes.push_back(n);
     return sizes;
 }
@@ -35,7 +35,7 @@ TEST(FastMemory, CopyWritesExactlyTheRangeAtEveryOffset)
     ForEachKernelLevel([] {
         std::vector<unsigned char> const source = RandomBytes(70000, 1);
         for (int size : InterestingSizes()) {
-            for (int offset : {0, 1, 7, 31}) {
+            for (int offset : { 0, 1, 7, 31 }) {
                 std::vector<unsigned char> target(size + 80, 0xEE);
                 void* result = FastCopyEx(source.data() + offset, target.data() + 40 - offset % 8, size);
                 ASSERT_EQ(result, target.data() + 40 - offset % 8);
@@ -79,7 +79,7 @@ TEST(FastMemory, EqualPointersAndEmptySizesLeaveTheTargetAlone)
     EXPECT_EQ(FastCopyEx(block, block, 128), block);
     EXPECT_EQ(FastMoveEx(block, block, 128), block);
 
-    unsigned char target[4] = {7, 7, 7, 7};
+    unsigned char target[4] = { 7, 7, 7, 7 };
     EXPECT_EQ(FastCopyEx(block, target, 0), target);
     EXPECT_EQ(FastMoveEx(block, target, 0), target);
     EXPECT_EQ(FastMoveEx(block, target, -5), target);
@@ -96,7 +96,7 @@ TEST(FastMemory, MoveHandlesOverlapInBothDirections)
         for (int size : InterestingSizes()) {
             if (size > 8000)
                 continue;
-            for (int shift : {1, 8, 33, 64, 200, -1, -8, -33, -64, -200}) {
+            for (int shift : { 1, 8, 33, 64, 200, -1, -8, -33, -64, -200 }) {
                 std::vector<unsigned char> buffer = original;
                 std::vector<unsigned char> expected = original;
                 size_t const from = 500;
@@ -123,10 +123,9 @@ TEST(FastMemory, ZeroClearsExactlyTheRange)
     });
 }
 
-template <class T>
-void CheckFill(T value)
+template <class T> void CheckFill(T value)
 {
-    for (int count : {0, 1, 2, 3, 5, 7, 8, 9, 15, 16, 17, 31, 33, 64, 100, 1000, 1023}) {
+    for (int count : { 0, 1, 2, 3, 5, 7, 8, 9, 15, 16, 17, 31, 33, 64, 100, 1000, 1023 }) {
         std::vector<T> buffer(count + 4);
         T sentinel;
         std::memset(&sentinel, 0x5A, sizeof sentinel);
@@ -175,7 +174,7 @@ TEST(FastMemory, SwapExchangesBytesOneByOne)
     for (int i = 0; i < 16; ++i)
         overlap[i] = static_cast<unsigned char>(i);
     SwapBinaryData(overlap, overlap + 3, 10);
-    unsigned char const expected[16] = {3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 1, 2, 0, 13, 14, 15};
+    unsigned char const expected[16] = { 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 1, 2, 0, 13, 14, 15 };
     EXPECT_EQ(0, std::memcmp(overlap, expected, 16));
 }
 
@@ -184,7 +183,7 @@ TEST(FastMemory, IsZeroedMemoryFindsAnySetByte)
     ForEachKernelLevel([] {
         EXPECT_TRUE(IsZeroedMemory(nullptr, 0));
         EXPECT_TRUE(IsZeroedMemory(nullptr, -4));
-        for (int size : {1, 2, 31, 32, 33, 63, 64, 127, 128, 129, 255, 300, 1000}) {
+        for (int size : { 1, 2, 31, 32, 33, 63, 64, 127, 128, 129, 255, 300, 1000 }) {
             std::vector<unsigned char> buffer(size, 0);
             ASSERT_TRUE(IsZeroedMemory(buffer.data(), size));
             for (int at = 0; at < size; ++at) {

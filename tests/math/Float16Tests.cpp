@@ -1,5 +1,5 @@
-#include "math/float16.h"
 #include "math/TRandomizer.h"
+#include "math/float16.h"
 
 #include <gtest/gtest.h>
 
@@ -56,8 +56,7 @@ double ReferenceRounded(float value)
 class Float16 : public ::testing::Test
 {
 protected:
-    template <class Check>
-    void BothWays(Check check)
+    template <class Check> void BothWays(Check check)
     {
         float const* savedTo = float16::g_float16_32;
         unsigned short const* savedFrom = float16::g_float32_16;
@@ -151,11 +150,11 @@ TEST_F(Float16, RoundsToNearestWithTiesAwayFromZero)
         // Midpoints between neighbours and the floats either side of them,
         // over the subnormal, normal and topmost ranges.
         for (unsigned bits = 1; bits < 0x7BFF; bits += 37) {
-            for (unsigned sign : {0u, 0x8000u}) {
+            for (unsigned sign : { 0u, 0x8000u }) {
                 float const low = FromBits(bits | sign);
                 float const high = FromBits((bits + 1) | sign);
                 float const middle = float((double(low) + double(high)) / 2);
-                for (float value : {middle, std::nextafter(middle, 0.0f), std::nextafter(middle, 2 * middle)}) {
+                for (float value : { middle, std::nextafter(middle, 0.0f), std::nextafter(middle, 2 * middle) }) {
                     ASSERT_EQ(double(float(float16(value))), ReferenceRounded(value)) << value;
                 }
             }

@@ -19,8 +19,7 @@ inline std::vector<int> RunnableKernelLevels()
 }
 
 // Runs body once per level and puts the best level back afterwards.
-template <class Body>
-void ForEachKernelLevel(Body body)
+template <class Body> void ForEachKernelLevel(Body body)
 {
     for (int level : RunnableKernelLevels()) {
         SCOPED_TRACE(::testing::Message() << "kernel level " << level);

@@ -1,8 +1,8 @@
 #include "math/MemoryAlloc.h"
 
+#include "LogCapture.h"
 #include "diag/TException.h"
 #include "platform/PlatformMemory.h"
-#include "LogCapture.h"
 
 #include <QByteArray>
 #include <gtest/gtest.h>
@@ -78,7 +78,7 @@ TEST(MemoryAlloc, PageAlignedMemoryIsWholeZeroedPages)
     EXPECT_EQ(page & (page - 1), 0u);
     EXPECT_EQ(PlatformAllocationGranularity() % page, 0u);
 
-    for (unsigned size : {1u, page - 1, page, page + 1, 1u << 20}) {
+    for (unsigned size : { 1u, page - 1, page, page + 1, 1u << 20 }) {
         auto* block = static_cast<unsigned char*>(AllocPageAlignedMemory(size, canExceptionYes));
         ASSERT_NE(block, nullptr);
         EXPECT_EQ(reinterpret_cast<uintptr_t>(block) % page, 0u);
@@ -101,7 +101,7 @@ TEST(MemoryAlloc, FreeingForeignMemoryIsLoggedAndLeavesItAlone)
     unsigned char* inside = block + PlatformPageSize();
     FreePageAlignedMemory(inside);
     EXPECT_TRUE(log.Contains("Log.NoGoZone", "FreePageAlignedMemory 1"));
-    inside[0] = 1;  // still mapped
+    inside[0] = 1; // still mapped
     FreePageAlignedMemory(block);
     EXPECT_EQ(log.Count(), 1);
 }
