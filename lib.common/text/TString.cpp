@@ -571,8 +571,9 @@ int TString<T>::GetNumberOf(T c) const
 template <class T>
 int TString<T>::CompareWith(T const* other, bool caseSensitive) const
 {
+    static T const empty[1] = {};
     if (!other)
-        other = s_null->m_text;
+        other = empty;
     T const* text = m_text;
     if constexpr (std::is_same_v<T, char>) {
         if (caseSensitive)

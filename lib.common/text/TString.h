@@ -79,7 +79,7 @@ public:
     // Construction
     TString() : m_text(AcquireNull()) {}
     TString(TString const& other) noexcept : m_text(other.m_text) { AddReference(m_text); }
-    TString(TString&& other) : m_text(other.m_text) { other.m_text = AcquireNull(); }
+    TString(TString&& other) noexcept : m_text(other.m_text) { other.m_text = AcquireNull(); }
     TString(std::nullptr_t) : m_text(AcquireNull()) {}
     TString(T const* text);
     TString(T const* text, length_t length);
