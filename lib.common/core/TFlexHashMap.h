@@ -2,6 +2,8 @@
 
 #include "core/TFlexHashMapImp.h"
 
+#include <cstddef>
+#include <iterator>
 #include <type_traits>
 
 // TFlexHashMapImp retyped to T. No field and no behaviour of its own.
@@ -54,6 +56,12 @@ public:
     class iterator
     {
     public:
+        using iterator_category = std::forward_iterator_tag;
+        using value_type = T*;
+        using difference_type = std::ptrdiff_t;
+        using pointer = T* const*;
+        using reference = T*;
+
         explicit iterator(TListElement* e) : m_current(e), m_next(e ? e->next : nullptr) {}
         T* operator*() const { return Cast(m_current); }
         iterator& operator++()
@@ -62,6 +70,7 @@ public:
             m_next = m_current ? m_current->next : nullptr;
             return *this;
         }
+        bool operator==(iterator const& other) const { return m_current == other.m_current; }
         bool operator!=(iterator const& other) const { return m_current != other.m_current; }
 
     private:

@@ -2,6 +2,8 @@
 
 #include "core/TDoubleList.h"
 
+#include <cstddef>
+#include <iterator>
 #include <type_traits>
 
 // TDoubleList retyped to T. No field and no behaviour of its own.
@@ -110,6 +112,12 @@ public:
     class iterator
     {
     public:
+        using iterator_category = std::forward_iterator_tag;
+        using value_type = T*;
+        using difference_type = std::ptrdiff_t;
+        using pointer = T* const*;
+        using reference = T*;
+
         explicit iterator(TListElement* e) : m_current(e), m_next(e ? e->next : nullptr) {}
         T* operator*() const { return Cast(m_current); }
         iterator& operator++()
@@ -118,6 +126,7 @@ public:
             m_next = m_current ? m_current->next : nullptr;
             return *this;
         }
+        bool operator==(iterator const& other) const { return m_current == other.m_current; }
         bool operator!=(iterator const& other) const { return m_current != other.m_current; }
 
     private:

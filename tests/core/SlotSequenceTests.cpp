@@ -1,0 +1,310 @@
+#include "ContainerTestElements.h"
+
+#include "core/TBuffer.h"
+#include "core/TMemoryBlockArray.h"
+#include "core/TPointerArray.h"
+#include "core/TSlotSequence.h"
+#include "core/TVectorBase.h"
+#include "math/TRandomizer.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <cstdlib>
+#include <numeric>
+#include <string>
+#include <vector>
+
+namespace {
+
+std::vector<int32_t> Ints(TSlotSequence const& sequence)
+{
+    std::vector<int32_t> values;
+    for (int i = 0; i < sequence.GetNumBusySlots(); ++i)
+        values.push_back(*static_cast<int32_t const*>(sequence.ConstSlotPtr(i)));
+    return values;
+}
+
+void AppendInts(TSlotSequence& sequence, std::vector<int32_t> const& values)
+{
+    for (int32_t value : values)
+        sequence.AppendSlot(&value);
+}
+
+} // namespace
+
+TEST(SlotSequence, GrowthIsLinearInStepsOfTheExpansionSize)
+{
+    TVectorBase vector(20, 20, autoDeleteOff);
+    EXPECT_FALSE(vector.HasAllocatedMemory());
+    EXPECT_EQ(vector.GetNumSlots(), 0);
+    Item item(1);
+    vector.Add(&item);
+    EXPECT_EQ(vector.GetNumSlots(), 20);
+    for (int i = 1; i < 20; ++i)
+        vector.Add(&item);
+    EXPECT_TRUE(vector.IsFull());
+    EXPECT_EQ(vector.GetNumSlots(), 20);
+    vector.Add(&item);
+    EXPECT_EQ(vector.GetNumSlots(), 40);
+
+    TSlotSequence sequence(4, 20, 7);
+    sequence.EnsureNumSlots(10); // no block: rounded up to a multiple of 7
+    EXPECT_EQ(sequence.GetNumSlots(), 14);
+    sequence.EnsureNumSlots(15); // the increase of 1 rounds to 7
+    EXPECT_EQ(sequence.GetNumSlots(), 21);
+    sequence.EnsureNumSlots(3);
+    EXPECT_EQ(sequence.GetNumSlots(), 21);
+    sequence.AllocateBusySlots(0);
+    EXPECT_EQ(sequence.GetNumBusySlots(), 0);
+    sequence.AllocateBusySlots(25); // exact, no rounding
+    EXPECT_EQ(sequence.GetNumSlots(), 25);
+    EXPECT_EQ(sequence.GetNumBusySlots(), 25);
+    EXPECT_EQ(sequence.GetInitialSlots(), 20);
+    EXPECT_EQ(sequence.GetRangeSize(3), 12);
+}
+
+TEST(SlotSequence, InsertingAnotherSequenceReservesExactly)
+{
+    TSlotSequence a(4, 20, 20), b(4, 20, 20);
+    AppendInts(a, {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17, 18, 19});
+    AppendInts(b, {100, 101, 102});
+    EXPECT_EQ(a.GetNumSlots(), 20);
+    a.Insert(b, 2, false);
+    EXPECT_EQ(a.GetNumSlots(), 23);
+    EXPECT_EQ(Ints(a)[1], 1);
+    EXPECT_EQ(Ints(a)[2], 100);
+    EXPECT_EQ(Ints(a)[5], 2);
+    EXPECT_EQ(a.GetNumBusySlots(), 23);
+
+    a.Insert(b, 0, true); // gap only: the count stays
+    EXPECT_EQ(a.GetNumSlots(), 26);
+    EXPECT_EQ(a.GetNumBusySlots(), 23);
+    EXPECT_EQ(*static_cast<int32_t*>(a.SlotPtr(3)), 0);
+
+    TSlotSequence self(4, 20, 20);
+    AppendInts(self, {1, 2, 3});
+    self += self;
+    EXPECT_EQ(Ints(self), (std::vector<int32_t>{1, 2, 3, 1, 2, 3}));
+    TSlotSequence twice(4, 20, 20);
+    AppendInts(twice, {1, 2, 3});
+    twice.Insert(twice, 1, false);
+    EXPECT_EQ(Ints(twice), (std::vector<int32_t>{1, 1, 2, 3, 2, 3}));
+
+    b.Absorb(self, 1);
+    EXPECT_EQ(Ints(b), (std::vector<int32_t>{100, 1, 2, 3, 1, 2, 3, 101, 102}));
+    EXPECT_FALSE(self.HasAllocatedMemory());
+    EXPECT_EQ(self.GetNumBusySlots(), 0);
+}
+
+TEST(SlotSequence, SingleSlotsInsertCutAndFill)
+{
+    TSlotSequence sequence(4, 20, 20);
+    AppendInts(sequence, {1, 2, 3});
+    // A null source leaves the slot's bytes as the move left them.
+    sequence.InsertSlot(nullptr, 1);
+    EXPECT_EQ(Ints(sequence), (std::vector<int32_t>{1, 2, 2, 3}));
+    int32_t const nine = 9;
+    sequence.FillSlot(0, &nine);
+    sequence.InsertSlot(&nine, 4);
+    EXPECT_EQ(Ints(sequence), (std::vector<int32_t>{9, 2, 2, 3, 9}));
+    sequence.CutSlots(1, 2);
+    EXPECT_EQ(Ints(sequence), (std::vector<int32_t>{9, 3, 9}));
+    sequence.ClearAll();
+    EXPECT_EQ(Ints(sequence), (std::vector<int32_t>{0, 0, 0}));
+}
+
+TEST(SlotSequence, FreeMemoryAndOptimizeSizeKeepTheirOddRules)
+{
+    TSlotSequence empty(4, 20, 20);
+    empty.SetNumBusySlots(5);
+    empty.FreeMemory(); // no block: the count is left alone
+    EXPECT_EQ(empty.GetNumBusySlots(), 5);
+
+    TSlotSequence sequence(4, 20, 20);
+    AppendInts(sequence, {1, 2, 3});
+    sequence.OptimizeSize();
+    EXPECT_EQ(sequence.GetNumSlots(), 20); // the old capacity is still reported
+    EXPECT_TRUE(sequence.HasAllocatedMemory());
+    std::vector<int32_t> expected{1, 2, 3};
+    for (int32_t i = 4; i <= 30; ++i) {
+        AppendInts(sequence, {i});
+        expected.push_back(i);
+    }
+    EXPECT_EQ(Ints(sequence), expected);
+    EXPECT_EQ(sequence.GetNumSlots(), 40);
+
+    sequence.SetNumBusySlots(0);
+    sequence.OptimizeSize();
+    EXPECT_FALSE(sequence.HasAllocatedMemory());
+    EXPECT_EQ(sequence.GetNumSlots(), 0);
+}
+
+TEST(SlotSequence, AssignCopiesTheBlockButNotTheCount)
+{
+    TSlotSequence source(4, 10, 5);
+    AppendInts(source, {7, 8, 9});
+    source.SetUserField(6);
+
+    TSlotSequence target(8, 1, 1);
+    target.Assign(source, true);
+    EXPECT_EQ(target.GetNumBusySlots(), 0);
+    EXPECT_EQ(target.GetNumSlots(), 5);
+    EXPECT_EQ(target.GetSlotSize(), 4);
+    EXPECT_EQ(target.GetExpansionSize(), 5);
+    EXPECT_EQ(target.UserField(), 6u);
+    target.SetNumBusySlots(3);
+    EXPECT_EQ(Ints(target), (std::vector<int32_t>{7, 8, 9}));
+
+    target.Assign(source, false);
+    EXPECT_FALSE(target.HasAllocatedMemory());
+    EXPECT_EQ(target.GetNumBusySlots(), 0);
+
+    TSlotSequence copy(source);
+    EXPECT_EQ(Ints(copy), (std::vector<int32_t>{7, 8, 9}));
+    EXPECT_EQ(copy.GetNumSlots(), 5);
+    TSlotSequence shape(source, false);
+    EXPECT_EQ(shape.GetNumBusySlots(), 0);
+    EXPECT_FALSE(shape.HasAllocatedMemory());
+    EXPECT_EQ(shape.GetInitialSlots(), 10);
+    target = source;
+    EXPECT_EQ(Ints(target), (std::vector<int32_t>{7, 8, 9}));
+
+    copy.SwapWith(target);
+    EXPECT_EQ(Ints(copy), (std::vector<int32_t>{7, 8, 9}));
+}
+
+TEST(SlotSequence, OrderOperationsForEverySlotSize)
+{
+    TSlotSequence four(4, 20, 20);
+    AppendInts(four, {1, 2, 3, 4, 5});
+    four.InverseOrder();
+    EXPECT_EQ(Ints(four), (std::vector<int32_t>{5, 4, 3, 2, 1}));
+    four.Reverse();
+    EXPECT_EQ(Ints(four), (std::vector<int32_t>{1, 2, 3, 4, 5}));
+
+    TSlotSequence three(3, 20, 20);
+    for (char c : {'a', 'b', 'c', 'd'}) {
+        char slot[3] = {c, static_cast<char>(c + 1), static_cast<char>(c + 2)};
+        three.AppendSlot(slot);
+    }
+    three.InverseOrder();
+    std::string bytes(static_cast<char const*>(three.GetFirstSlot()), 12);
+    EXPECT_EQ(bytes, "defcdebcdabc");
+
+    TSlotSequence eight(8, 20, 20);
+    for (int64_t value : {int64_t(1) << 40, int64_t(2), int64_t(3)})
+        eight.AppendSlot(&value);
+    eight.InverseOrder();
+    EXPECT_EQ(*static_cast<int64_t const*>(eight.ConstSlotPtr(2)), int64_t(1) << 40);
+
+    four.Sort([](void const* a, void const* b) {
+        return *static_cast<int32_t const*>(b) - *static_cast<int32_t const*>(a);
+    });
+    EXPECT_EQ(Ints(four), (std::vector<int32_t>{5, 4, 3, 2, 1}));
+}
+
+TEST(SlotSequence, ShuffleIsAFisherYatesWalkFromTheEnd)
+{
+    TSlotSequence sequence(4, 20, 20);
+    std::vector<int32_t> expected(12);
+    std::iota(expected.begin(), expected.end(), 0);
+    AppendInts(sequence, expected);
+    sequence.Shuffle(31);
+
+    TRandomizer randomizer(31);
+    int const count = static_cast<int>(expected.size());
+    for (int i = 0; i < count - 1; ++i)
+        std::swap(expected[static_cast<size_t>(randomizer.Get(count - i))], expected[static_cast<size_t>(count - 1 - i)]);
+    EXPECT_EQ(Ints(sequence), expected);
+
+    TSlotSequence one(4, 20, 20);
+    AppendInts(one, {5});
+    one.Shuffle(31);
+    EXPECT_EQ(Ints(one), (std::vector<int32_t>{5}));
+}
+
+TEST(PointerArray, HoldsPlainPointersWithoutOwningThem)
+{
+    int a = 0, b = 0, c = 0;
+    TPointerArray array;
+    array.Add(&a);
+    array.Add(&b);
+    array.Insert(&c, 0);
+    EXPECT_EQ(array.IndexOf(&a), 1);
+    EXPECT_EQ(array[0], &c);
+    EXPECT_TRUE(array.Remove(&a));
+    EXPECT_FALSE(array.Remove(&a));
+    EXPECT_FALSE(array.Contains(&a));
+    array.Set(1, &a);
+    EXPECT_EQ(array.At(1), &a);
+    EXPECT_EQ(array.Count(), 2);
+}
+
+TEST(MemoryBlockArray, KeepsFreeBlocksLastInFirstOut)
+{
+    static std::vector<void*> released;
+    released.clear();
+    char one[4], two[4];
+    TMemoryBlockArray array;
+    TMemoryBlock block(one, 4);
+    array.Push(block);
+    EXPECT_TRUE(block.IsEmpty());
+    block = TMemoryBlock(two, 4);
+    array.Push(block);
+    array.AddToAllocated(2);
+    EXPECT_EQ(array.NumFree(), 2);
+    EXPECT_EQ(array.NumAllocated(), 2);
+
+    TMemoryBlock taken;
+    EXPECT_TRUE(array.Pop(taken));
+    EXPECT_EQ(taken.data, two);
+    EXPECT_EQ(taken.size, 4u);
+    array.Push(taken);
+    EXPECT_EQ(array.ReleaseAll([](TMemoryBlock const& b) { released.push_back(b.data); }, true), 2);
+    EXPECT_EQ(released, (std::vector<void*>{one, two}));
+    EXPECT_FALSE(array.Pop(taken));
+    EXPECT_TRUE(taken.IsEmpty());
+
+    TMemoryBlock x(one, 1), y(two, 2);
+    x.Exchange(y);
+    EXPECT_EQ(x.data, two);
+    y.TakeFrom(x);
+    EXPECT_EQ(y.size, 2u);
+    EXPECT_TRUE(x.IsEmpty());
+}
+
+TEST(Buffer, WrapsOrOwnsAndCopiesDeeply)
+{
+    int outside[3] = {1, 2, 3};
+    TBuffer<int> wrapped(outside, 3, autoDeleteOff);
+    EXPECT_FALSE(wrapped.OwnsData());
+    wrapped.Realloc(5); // a wrapped block moves into an owned one
+    EXPECT_TRUE(wrapped.OwnsData());
+    EXPECT_NE(wrapped.Start(), outside);
+    EXPECT_EQ(wrapped[2], 3);
+    wrapped.Fill(7, 3, 2);
+    EXPECT_EQ(wrapped.ConstValueAt(4), 7);
+    EXPECT_EQ(wrapped.GetByteSize(), 20);
+
+    TBuffer<int> copy(wrapped);
+    copy[0] = 9;
+    EXPECT_EQ(wrapped[0], 1);
+    copy.SetReverse(outside, 3);
+    EXPECT_EQ(copy.Size(), 3);
+    EXPECT_EQ(copy[0], 3);
+    EXPECT_EQ(copy[2], 1);
+    copy.EnsureSize(2);
+    EXPECT_EQ(copy.Size(), 3);
+    copy.Zero();
+    EXPECT_EQ(copy.ConstEnd() - copy.ConstStart(), 3);
+    EXPECT_EQ(copy[1], 0);
+
+    auto* owned = static_cast<char*>(malloc_ex(4));
+    TBuffer<char> adopted(owned, 4, autoDeleteOn); // freed at its end
+    adopted.FillAll('x');
+    EXPECT_EQ(adopted.PointerAt(3)[0], 'x');
+    adopted.Reset();
+    EXPECT_FALSE(adopted.IsValid());
+    EXPECT_EQ(adopted.Size(), 0);
+}

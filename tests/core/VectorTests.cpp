@@ -1,0 +1,326 @@
+#include "ContainerTestElements.h"
+
+#include "core/TVector.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <memory>
+#include <vector>
+
+namespace {
+
+using ItemVector = TVector<Item>;
+
+void Fill(ItemVector& vector, std::vector<int> const& keys, int* deaths = nullptr)
+{
+    int tag = 0;
+    for (int key : keys)
+        vector.Add(new Item(key, tag++, deaths));
+}
+
+std::vector<int> VectorKeys(ItemVector const& vector)
+{
+    std::vector<int> keys;
+    for (Item* e : vector)
+        keys.push_back(e->key);
+    return keys;
+}
+
+std::vector<int> VectorTags(ItemVector const& vector)
+{
+    std::vector<int> tags;
+    for (Item* e : vector)
+        tags.push_back(e->tag);
+    return tags;
+}
+
+// Index found by a binary find, -1 on a miss, checking that the returned
+// element agrees with the index.
+template <class Find>
+int IndexOf(ItemVector const& vector, int key, Find find)
+{
+    int index = -2;
+    Item* found = (vector.*find)(Item(key), &index);
+    EXPECT_EQ(found, index >= 0 ? vector[index] : nullptr);
+    return index;
+}
+
+} // namespace
+
+TEST(Vector, BinaryFindsFollowTheirTieBreaksOnRunsOfEqualKeys)
+{
+    ItemVector vector(20, 20, autoDeleteOn);
+    Fill(vector, {10, 20, 20, 20, 20, 20, 30});
+
+    // Stops at the first midpoint that is equal, not at the first equal.
+    EXPECT_EQ(IndexOf(vector, 20, &ItemVector::BinaryFindEqual), 3);
+    EXPECT_EQ(IndexOf(vector, 25, &ItemVector::BinaryFindEqual), -1);
+
+    EXPECT_EQ(IndexOf(vector, 20, &ItemVector::BinaryFindEqualOrGreater), 3);
+    EXPECT_EQ(IndexOf(vector, 15, &ItemVector::BinaryFindEqualOrGreater), 1);
+    EXPECT_EQ(IndexOf(vector, 35, &ItemVector::BinaryFindEqualOrGreater), -1);
+
+    EXPECT_EQ(IndexOf(vector, 20, &ItemVector::BinaryFindClosestGreater), 6);
+    EXPECT_EQ(IndexOf(vector, 5, &ItemVector::BinaryFindClosestGreater), 0);
+    EXPECT_EQ(IndexOf(vector, 30, &ItemVector::BinaryFindClosestGreater), -1);
+
+    EXPECT_EQ(IndexOf(vector, 20, &ItemVector::BinaryFindClosestSmaller), 0);
+    EXPECT_EQ(IndexOf(vector, 25, &ItemVector::BinaryFindClosestSmaller), 5);
+    EXPECT_EQ(IndexOf(vector, 10, &ItemVector::BinaryFindClosestSmaller), -1);
+
+    EXPECT_EQ(IndexOf(vector, 20, &ItemVector::BinaryFindEqualOrSmaller), 3);
+    EXPECT_EQ(IndexOf(vector, 25, &ItemVector::BinaryFindEqualOrSmaller), 5);
+    EXPECT_EQ(IndexOf(vector, 5, &ItemVector::BinaryFindEqualOrSmaller), -1);
+
+    ItemVector ones(20, 20, autoDeleteOn);
+    Fill(ones, {1, 1, 1, 1, 2});
+    EXPECT_EQ(IndexOf(ones, 1, &ItemVector::BinaryFindEqual), 2);
+    ItemVector empty;
+    EXPECT_EQ(IndexOf(empty, 1, &ItemVector::BinaryFindEqualOrSmaller), -1);
+}
+
+TEST(Vector, SortedInsertionGoesBehindItsEquals)
+{
+    ItemVector vector(20, 20, autoDeleteOn);
+    Fill(vector, {1, 2, 2, 3});
+    EXPECT_EQ(IndexOf(vector, 2, &ItemVector::BinaryFindClosestGreater), 3);
+    auto* third = new Item(2, 9);
+    EXPECT_EQ(vector.SimulInsertInSortedArray(third), 3);
+    EXPECT_EQ(vector.Count(), 4);
+    EXPECT_EQ(vector.InsertInSortedArray(third), 3);
+    EXPECT_EQ(vector[3], third);
+    EXPECT_EQ(vector.InsertInSortedArray(new Item(9)), 5);
+    EXPECT_EQ(vector.InsertInSortedArray(new Item(0)), 0);
+    EXPECT_EQ(VectorKeys(vector), (std::vector<int>{0, 1, 2, 2, 2, 3, 9}));
+}
+
+TEST(Vector, AddUniqueAlwaysInsertsByOrder)
+{
+    int deaths = 0;
+    ItemVector vector(20, 20, autoDeleteOn);
+    Fill(vector, {5, 1}, &deaths); // not sorted: the insertion still looks for its place
+    bool existed = true;
+    auto* three = new Item(3, 7, &deaths);
+    EXPECT_EQ(vector.AddUnique(three, &existed), three);
+    EXPECT_FALSE(existed);
+    EXPECT_EQ(VectorKeys(vector), (std::vector<int>{3, 5, 1}));
+
+    EXPECT_EQ(vector.AddUnique(new Item(1, 8, &deaths), &existed), vector[2]);
+    EXPECT_TRUE(existed);
+    EXPECT_EQ(deaths, 1);
+
+    ItemVector sorted(20, 20, autoDeleteOn);
+    Fill(sorted, {1, 3, 5});
+    sorted.MarkAsSorted(true);
+    EXPECT_EQ(sorted.AddUnique(new Item(4)), sorted[2]);
+    EXPECT_EQ(sorted.AddUnique(new Item(3), &existed)->tag, 1);
+    EXPECT_TRUE(existed);
+    EXPECT_EQ(VectorKeys(sorted), (std::vector<int>{1, 3, 4, 5}));
+}
+
+TEST(Vector, OwnershipRulesOfClearCutAndReplace)
+{
+    int deaths = 0;
+    {
+        ItemVector owning(20, 20, autoDeleteOn);
+        Fill(owning, {0, 1, 2, 3, 4, 5}, &deaths);
+        Item* last = owning.Pop();
+        EXPECT_EQ(last->key, 5);
+        last->DeleteSelf();
+        Item* cut = owning.CutDetach(0);
+        EXPECT_EQ(deaths, 1);
+        cut->DeleteSelf();
+        owning.CutDelete(0);
+        EXPECT_EQ(deaths, 3);
+        owning.CutRange(0, 2, true);
+        EXPECT_EQ(deaths, 5);
+        EXPECT_EQ(VectorKeys(owning), (std::vector<int>{4}));
+
+        auto* fresh = new Item(7, 0, &deaths);
+        Item* old = owning.Replace(fresh, 0, false);
+        EXPECT_EQ(old->key, 4);
+        EXPECT_EQ(deaths, 5);
+        owning.Add(old);
+        EXPECT_EQ(owning.Replace(new Item(8, 0, &deaths), 0, true), nullptr);
+        EXPECT_EQ(deaths, 6);
+    }
+    EXPECT_EQ(deaths, 8);
+
+    deaths = 0;
+    ItemVector borrowing;
+    Fill(borrowing, {1, 2, 3}, &deaths);
+    std::vector<Item*> kept(borrowing.begin(), borrowing.end());
+    borrowing.Clear();
+    EXPECT_EQ(deaths, 0);
+    EXPECT_FALSE(borrowing.HasAllocatedMemory());
+    for (Item* e : kept)
+        borrowing.Add(e);
+    borrowing.DeleteAll(false); // deletes, whatever the bit says
+    EXPECT_EQ(deaths, 3);
+    EXPECT_TRUE(borrowing.IsEmpty());
+    EXPECT_TRUE(borrowing.HasAllocatedMemory());
+}
+
+TEST(Vector, QuicksortOrdersAndLeavesEqualKeysInItsOwnOrder)
+{
+    ItemVector three(20, 20, autoDeleteOn);
+    Fill(three, {2, 1, 2});
+    three.Sort();
+    EXPECT_EQ(VectorTags(three), (std::vector<int>{1, 2, 0}));
+    EXPECT_FALSE(three.IsSortedFlagSet());
+
+    ItemVector equal(20, 20, autoDeleteOn);
+    Fill(equal, {4, 4, 4, 4});
+    equal.Sort();
+    EXPECT_EQ(VectorTags(equal), (std::vector<int>{2, 3, 0, 1}));
+
+    ItemVector many(100, 100, autoDeleteOn);
+    std::vector<int> keys;
+    unsigned seed = 99;
+    for (int i = 0; i < 5000; ++i) {
+        seed = seed * 1664525u + 1013904223u;
+        keys.push_back(static_cast<int>((seed >> 8) % 700));
+    }
+    Fill(many, keys);
+    many.Sort();
+    std::sort(keys.begin(), keys.end());
+    EXPECT_EQ(VectorKeys(many), keys);
+    std::vector<int> tags = VectorTags(many);
+    std::sort(tags.begin(), tags.end());
+    for (int i = 0; i < 5000; ++i)
+        ASSERT_EQ(tags[static_cast<size_t>(i)], i);
+    EXPECT_TRUE(many.IsSorted());
+
+    many.SetCompareMode(1);
+    many.Sort();
+    EXPECT_TRUE(many.IsSortedBackwards());
+}
+
+TEST(Vector, MoveAtEnsureNumElementsAndInsertOfClones)
+{
+    ItemVector vector(20, 20, autoDeleteOn);
+    Fill(vector, {0, 1, 2, 3, 4});
+    vector.MoveAt(1, 3);
+    EXPECT_EQ(VectorKeys(vector), (std::vector<int>{0, 2, 3, 1, 4}));
+    vector.MoveAt(4, 0);
+    EXPECT_EQ(VectorKeys(vector), (std::vector<int>{4, 0, 2, 3, 1}));
+
+    ItemVector two(20, 20, autoDeleteOn);
+    Fill(two, {7, 8});
+    int context = 5;
+    vector.Insert(two, 1, &context);
+    EXPECT_EQ(VectorKeys(vector), (std::vector<int>{4, 7, 8, 0, 2, 3, 1}));
+    EXPECT_EQ(vector[1]->tag, 5);
+    EXPECT_NE(vector[1], two[0]);
+
+    ItemVector self(20, 20, autoDeleteOn);
+    Fill(self, {1, 2, 3});
+    self.Insert(self, 1);
+    EXPECT_EQ(VectorKeys(self), (std::vector<int>{1, 1, 2, 3, 2, 3}));
+
+    Item model(6);
+    ItemVector grown(20, 20, autoDeleteOn);
+    grown.EnsureNumElements(3, &model);
+    EXPECT_EQ(VectorKeys(grown), (std::vector<int>{6, 6, 6}));
+    EXPECT_EQ(grown.GetNumSlots(), 20);
+    grown.EnsureNumElements(1, &model);
+    EXPECT_EQ(grown.Count(), 3);
+
+    static std::vector<int> calls;
+    calls.clear();
+    ItemVector made(20, 20, autoDeleteOn, [](long long context, int id, char const* idString) -> TObject* {
+        calls = {static_cast<int>(context), id, idString ? 1 : 0};
+        return new Item(-1);
+    });
+    made.EnsureNumElements(2);
+    EXPECT_EQ(VectorKeys(made), (std::vector<int>{-1, -1}));
+    EXPECT_EQ(calls, (std::vector<int>{0, 0, 0}));
+
+    ItemVector nothingToMake;
+    nothingToMake.EnsureNumElements(4);
+    EXPECT_TRUE(nothingToMake.IsEmpty());
+}
+
+TEST(Vector, CopiesCloneAndAbsorbMovesTheElements)
+{
+    int deaths = 0;
+    ItemVector source(20, 20, autoDeleteOn);
+    Fill(source, {3, 1, 2}, &deaths);
+    source.SetCompareMode(1);
+    {
+        int context = 4;
+        ItemVector copy(source, &context);
+        EXPECT_EQ(VectorKeys(copy), (std::vector<int>{3, 1, 2}));
+        EXPECT_EQ(copy.GetCompareMode(), 1);
+        EXPECT_TRUE(copy.ShouldDeleteElements());
+        ItemVector other;
+        other = source;
+        EXPECT_TRUE(other.ShouldDeleteElements());
+        EXPECT_EQ(VectorTags(other), (std::vector<int>{0, 1, 2}));
+    }
+    EXPECT_EQ(deaths, 6);
+
+    ItemVector target(20, 20, autoDeleteOn);
+    Fill(target, {5});
+    target.AbsorbAndSort(source); // compare mode 0 here
+    EXPECT_TRUE(source.IsEmpty());
+    EXPECT_FALSE(source.HasAllocatedMemory());
+    EXPECT_EQ(VectorKeys(target), (std::vector<int>{1, 2, 3, 5}));
+    EXPECT_EQ(deaths, 6);
+}
+
+TEST(Vector, LinearFindsKeepTheEarlierAtTies)
+{
+    ItemVector vector(20, 20, autoDeleteOn);
+    Fill(vector, {4, 2, 7, 2, 9, 9});
+    int index = -2;
+    EXPECT_EQ(vector.LinearFindSmallest(&index)->tag, 1);
+    EXPECT_EQ(index, 1);
+    EXPECT_EQ(vector.LinearFindGreatest(&index)->tag, 4);
+    EXPECT_EQ(vector.LinearFindEqual(Item(7), &index)->tag, 2);
+    EXPECT_EQ(vector.LinearFindEqual(Item(8), &index), nullptr);
+    EXPECT_EQ(index, -1);
+    EXPECT_EQ(vector.LinearFindClosestSmaller(Item(3), &index)->tag, 1);
+    EXPECT_EQ(vector.LinearFindEqualOrSmaller(Item(8))->tag, 2);
+    EXPECT_EQ(vector.LinearFindClosestGreater(Item(7))->tag, 4);
+    EXPECT_EQ(vector.LinearFindEqualOrGreater(Item(7), &index)->tag, 2);
+    EXPECT_EQ(vector.FindLastThat([](Item* e, void*) { return e->key == 2; }, nullptr, &index)->tag, 3);
+    EXPECT_EQ(index, 3);
+    EXPECT_EQ(vector.FindElementIndex(vector[5]), 5);
+
+    ItemVector empty;
+    EXPECT_EQ(empty.LinearFindSmallest(&index), nullptr);
+    EXPECT_EQ(index, -1);
+    EXPECT_EQ(empty.LinearFindGreatest(&index), nullptr);
+}
+
+TEST(ValueVector, HoldsValuesAndRunsTheirLifetimes)
+{
+    TVector<int> numbers;
+    for (int i : {5, 3, 8})
+        numbers.Add(i);
+    numbers.Insert(1, 0);
+    EXPECT_EQ(std::vector<int>(numbers.begin(), numbers.end()), (std::vector<int>{1, 5, 3, 8}));
+    numbers.Sort();
+    EXPECT_EQ(numbers.IndexOf(8), 3);
+    EXPECT_EQ(numbers.Pop(), 8);
+    numbers.Cut(0);
+    EXPECT_EQ(std::vector<int>(numbers.begin(), numbers.end()), (std::vector<int>{3, 5}));
+    numbers.EnsureNumElements(4);
+    EXPECT_EQ(numbers[3], 0);
+
+    auto shared = std::make_shared<int>(1);
+    {
+        TVector<std::shared_ptr<int>> holders(2, 2);
+        for (int i = 0; i < 5; ++i)
+            holders.Add(shared); // grows twice, moving the values by their bytes
+        holders.Add(holders[0]);
+        EXPECT_EQ(shared.use_count(), 7);
+        TVector<std::shared_ptr<int>> copy(holders);
+        EXPECT_EQ(shared.use_count(), 13);
+        holders.CutRange(0, 4);
+        EXPECT_EQ(shared.use_count(), 9);
+    }
+    EXPECT_EQ(shared.use_count(), 1);
+}
