@@ -9,11 +9,15 @@
 
 #include <cstdlib>
 
+// A negative size reaches malloc as a huge number that no heap can give; it
+// fails the same way here without asking.
 void* malloc_ex(int size)
 {
     if (size == 0)
         return nullptr;
-    void* block = std::malloc(static_cast<size_t>(static_cast<unsigned>(size)));
+    if (size < 0)
+        ThrowIfNoMemory(nullptr);
+    void* block = std::malloc(static_cast<size_t>(size));
     if (!block)
         ThrowIfNoMemory(nullptr);
     return block;
@@ -27,7 +31,9 @@ void* realloc_ex(void* pointer, int size)
         std::free(pointer);
         return nullptr;
     }
-    void* block = std::realloc(pointer, static_cast<size_t>(static_cast<unsigned>(size)));
+    if (size < 0)
+        ThrowIfNoMemory(nullptr);
+    void* block = std::realloc(pointer, static_cast<size_t>(size));
     if (!block)
         ThrowIfNoMemory(nullptr);
     return block;

@@ -62,7 +62,8 @@ bool PlatformFreePages(void* block)
     if (!block || address % page != 0)
         return false;
     auto* header = reinterpret_cast<TPageHeader*>(address - page);
-    if (header->magic != kPageHeaderMagic)
+    // The page before a foreign pointer may not be mapped at all.
+    if (msync(header, page, MS_ASYNC) != 0 || header->magic != kPageHeaderMagic)
         return false;
     size_t const length = header->mappedLength;
     header->magic = 0;

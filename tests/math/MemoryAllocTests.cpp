@@ -3,6 +3,7 @@
 #include "LogCapture.h"
 #include "diag/TException.h"
 #include "platform/PlatformMemory.h"
+#include "text/TString.h"
 
 #include <QByteArray>
 #include <gtest/gtest.h>
@@ -28,6 +29,28 @@ TEST(MemoryAlloc, SizeZeroAndNullFollowTheirRules)
     // Freed here; the sanitizer build would report a leak otherwise.
     EXPECT_EQ(realloc_ex(p, 0), nullptr);
     free_ex(nullptr);
+}
+
+QString MessageOf(TException const& exception)
+{
+    return exception.Message() ? exception.Message()->qString() : QString();
+}
+
+TEST(MemoryAlloc, NegativeSizesFailAsExhaustedMemory)
+{
+    try {
+        malloc_ex(-1);
+        FAIL() << "no exception";
+    } catch (TException const& exception) {
+        EXPECT_EQ(MessageOf(exception), QStringLiteral("Out of memory"));
+    }
+    void* block = malloc_ex(8);
+    EXPECT_THROW(realloc_ex(block, -8), TException);
+    // The block survives the failed resize.
+    std::memset(block, 1, 8);
+    free_ex(block);
+    void* slots[2] = {};
+    EXPECT_THROW(ConstSlotPtr(-4, slots, 2), TException);
 }
 
 TEST(MemoryAlloc, FreeHLAndCopyHL)
@@ -104,6 +127,15 @@ TEST(MemoryAlloc, FreeingForeignMemoryIsLoggedAndLeavesItAlone)
     inside[0] = 1; // still mapped
     FreePageAlignedMemory(block);
     EXPECT_EQ(log.Count(), 1);
+
+    // Page-aligned memory that has nothing mapped before it.
+    auto* first = static_cast<unsigned char*>(AllocPageAlignedMemory(PlatformPageSize(), canExceptionNo));
+    ASSERT_NE(first, nullptr);
+    unsigned char* header = first - PlatformPageSize();
+    FreePageAlignedMemory(first);
+    log.Clear();
+    FreePageAlignedMemory(header + PlatformPageSize());
+    EXPECT_TRUE(log.Contains("Log.NoGoZone", "FreePageAlignedMemory 1"));
 }
 
 TEST(MemoryAlloc, ConstSlotPtrTakesFirstFullSlotAndRefillsWhenEmpty)
