@@ -1,0 +1,3 @@
+#include "persist/TStream.h"
+
+TStream::~TStream() = default;

@@ -1,0 +1,516 @@
+#include "persist/TTaggedOutputStream.h"
+
+#include "diag/LogCategories.h"
+#include "math/Base64.h"
+#include "math/Checksum.h"
+#include "math/FastMemory.h"
+#include "persist/ComposeBuffer.h"
+#include "text/TextConversion.h"
+
+#include <QByteArray>
+#include <QString>
+#include <QUuid>
+
+#include <charconv>
+#include <climits>
+#include <cstring>
+
+namespace {
+
+constexpr unsigned int kGrowthStep = 32000;
+constexpr int kHeaderCrc = 4;
+constexpr int kHeaderSize = 8;
+constexpr int kHeaderChecked = 12;
+constexpr int kGroupHead = 20;
+constexpr int kSmallHead = 8;
+constexpr int kBigHead = 12;
+constexpr unsigned int kMaxSmallValue = 255;
+
+char const kXmlDeclaration[] = "<?xml version=\"1.0\" encoding=\"utf-8\" ?>";
+char const kCDataOpen[] = "<![CDATA[";
+char const kCDataClose[] = "]]>";
+
+unsigned int RoundUp(unsigned int value, unsigned int alignment)
+{
+    unsigned int const rest = value % alignment;
+    return rest ? value + alignment - rest : value;
+}
+
+// long is stored in 4 bytes everywhere.
+int NarrowLong(long value, int place)
+{
+    if (value < INT_MIN || value > INT_MAX)
+        qCWarning(LogNoGoZone) << "TTaggedOutputStream::SetValue" << place;
+    return static_cast<int>(value);
+}
+
+} // namespace
+
+bool IsPureAscii(char const* text)
+{
+    if (!text)
+        return true;
+    for (auto const* p = reinterpret_cast<unsigned char const*>(text); *p; ++p)
+        if (*p < 32 || *p > 127)
+            return false;
+    return true;
+}
+
+TTaggedOutputStream::TTaggedOutputStream(EStreamMode mode, char const* fileType, EAutoDelete autoDelete)
+    : TTaggedStream(mode), m_output(kGrowthStep, autoDelete), m_xmlTags(20, 20), m_xmlLevel(0), m_finalSize(0),
+      m_headerSize(0), m_endedWithoutContents(false), m_closed(false)
+{
+    m_stream = &m_output;
+    m_growing = true;
+    Init(fileType ? fileType : "");
+}
+
+TTaggedOutputStream::~TTaggedOutputStream() = default;
+
+void TTaggedOutputStream::Init(char const* fileType)
+{
+    m_output.SetPosition(0);
+    if (XML()) {
+        m_output.WriteLine(kXmlDeclaration);
+        EnterXmlSection(fileType, 0);
+    } else {
+        m_output.WriteString("LE", true);
+        m_output.Align(4);
+        m_output.Write(0);
+        m_output.Write(0);
+        m_output.WriteString(fileType, true);
+    }
+    if (UseRawTags()) {
+        int const root = static_cast<int>(m_output.Align(4));
+        unsigned char* head = m_output.MakeRoom(kGroupHead);
+        FastZeroEx(head, kGroupHead);
+        head[kNodeNameOffset] = kGroupNameOffset;
+        m_output.Advance(kGroupHead);
+        WriteTag("Root", 0, 0);
+        m_root = m_currentGroup = root;
+    }
+    m_headerSize = m_output.GetPosition();
+}
+
+unsigned int TTaggedOutputStream::WriteTag(char const* tag, int index, int alignment)
+{
+    char const* raw = RawTagPart(tag);
+    unsigned int const nameStart = m_output.GetPosition();
+    if (index != 0) {
+        char name[kMaxIndexedTag + 16];
+        int const length = SpellIndexedName(raw, index, name);
+        name[length] = 0;
+        m_output.WriteData(name, static_cast<unsigned>(length) + 1);
+    } else {
+        m_output.WriteString(raw, true);
+    }
+    if (m_output.GetPosition() - nameStart < 4)
+        m_output.Align(4);
+    if (alignment > 1)
+        m_output.Align(alignment);
+    return m_output.GetPosition();
+}
+
+void TTaggedOutputStream::Link(int node)
+{
+    int const group = m_currentGroup;
+    int const last = ReadInt(group + kGroupLastChild);
+    if (last == 0)
+        WriteInt(group + kGroupFirstChild, node);
+    else
+        WriteInt(last + kNodeNext, node);
+    WriteInt(group + kGroupLastChild, node);
+}
+
+void TTaggedOutputStream::WriteValueNode(int node, int dataStart)
+{
+    Link(node);
+    unsigned char* head = Base() + node;
+    unsigned int const size = m_output.GetPosition() - static_cast<unsigned>(dataStart);
+    int const dataOffset = dataStart - node;
+    WriteInt(node + kNodeNext, 0);
+    head[kNodeSize] = static_cast<unsigned char>(size);
+    head[kNodeDataOffset] = static_cast<unsigned char>(dataOffset);
+    head[kNodeNameOffset] = head[kNodeSize] != 0 ? kSmallNameOffset : kBigNameOffset;
+    if (dataOffset % 256 == 0) {
+        head[kNodeDataOffset] = 0;
+        head[kNodeNameOffset] = kGroupNameOffset;
+    }
+    head[7] = 0;
+}
+
+void TTaggedOutputStream::WriteValueNodeEx(int node, int dataStart)
+{
+    Link(node);
+    unsigned char* head = Base() + node;
+    int const dataOffset = dataStart - node;
+    WriteInt(node + kNodeNext, 0);
+    head[kNodeSize] = 0;
+    head[kNodeDataOffset] = static_cast<unsigned char>(dataOffset);
+    head[kNodeNameOffset] = dataOffset % 256 == 0 ? kGroupNameOffset : kBigNameOffset;
+    head[7] = 0;
+    WriteInt(node + kBigValueSize, static_cast<int>(m_output.GetPosition() - static_cast<unsigned>(dataStart)));
+}
+
+void TTaggedOutputStream::WriteRawValue(char const* tag, int index, void const* data, unsigned int size, int alignment)
+{
+    // The bytes of Align(4), the head, WriteTag and the data, laid out at
+    // once.
+    char const* raw = RawTagPart(tag);
+    char indexed[kMaxIndexedTag + 16];
+    char const* name = raw;
+    unsigned int length;
+    if (index != 0) {
+        length = static_cast<unsigned>(SpellIndexedName(raw, index, indexed));
+        name = indexed;
+    } else {
+        length = static_cast<unsigned>(std::strlen(raw));
+    }
+    bool const big = size > kMaxSmallValue;
+    unsigned int const position = m_output.GetPosition();
+    unsigned int const node = RoundUp(position, 4);
+    unsigned int const nameAt = node + (big ? kBigHead : kSmallHead);
+    unsigned int nameEnd = nameAt + length + 1;
+    if (length + 1 < 4)
+        nameEnd = nameAt + 4;
+    unsigned int const dataStart = alignment > 1 ? RoundUp(nameEnd, static_cast<unsigned>(alignment)) : nameEnd;
+    unsigned int const end = dataStart + size;
+
+    m_output.MakeRoom(end - position);
+    unsigned char* base = m_output.Start();
+    FastZeroEx(base + position, static_cast<int>(node - position));
+    FastCopyEx(name, base + nameAt, length);
+    FastZeroEx(base + nameAt + length, static_cast<int>(dataStart - nameAt - length));
+    if (size)
+        FastCopyEx(data, base + dataStart, size);
+    m_output.Advance(end - position);
+    if (big)
+        WriteValueNodeEx(static_cast<int>(node), static_cast<int>(dataStart));
+    else
+        WriteValueNode(static_cast<int>(node), static_cast<int>(dataStart));
+}
+
+void TTaggedOutputStream::SetXmlText(char const* tag, int index, char const* text, int length, bool cdata)
+{
+    if (!cdata) {
+        TComposeBuffer value(static_cast<unsigned>(length) + 1);
+        FastCopyEx(text, value.Data(), static_cast<unsigned>(length));
+        value.Data()[length] = 0;
+        m_output.WriteXML(tag, index, value.Data(), m_xmlLevel);
+        return;
+    }
+    int const total = length + static_cast<int>(sizeof(kCDataOpen) + sizeof(kCDataClose)) - 2;
+    TComposeBuffer value(static_cast<unsigned>(total) + 1);
+    char* out = value.Data();
+    std::memcpy(out, kCDataOpen, sizeof(kCDataOpen) - 1);
+    out += sizeof(kCDataOpen) - 1;
+    FastCopyEx(text, out, static_cast<unsigned>(length));
+    out += length;
+    std::memcpy(out, kCDataClose, sizeof(kCDataClose));
+    m_output.WriteXML(tag, index, value.Data(), m_xmlLevel);
+}
+
+template <class T>
+void TTaggedOutputStream::SetNumber(T value, char const* tag, int index)
+{
+    switch (m_mode) {
+    case streamModePlain:
+        m_output.Write(value);
+        break;
+    case streamModeRawTags:
+        WriteRawValue(tag, index, &value, sizeof(T), sizeof(T) >= 4 ? 4 : static_cast<int>(sizeof(T)));
+        break;
+    case streamModeXml: {
+        char text[32];
+        int length;
+        if constexpr (std::is_floating_point_v<T>) {
+            length = EncodeBase64(&value, sizeof(T), text);
+        } else {
+            length = static_cast<int>(std::to_chars(text, text + sizeof(text), static_cast<long long>(value)).ptr - text);
+        }
+        text[length] = 0;
+        m_output.WriteXML(tag, index, text, m_xmlLevel);
+        break;
+    }
+    }
+}
+
+void TTaggedOutputStream::SetValue(bool value, char const* tag, int index)
+{
+    SetNumber(static_cast<char>(value ? 1 : 0), tag, index);
+}
+
+void TTaggedOutputStream::SetValue(char value, char const* tag, int index)
+{
+    SetNumber(value, tag, index);
+}
+
+void TTaggedOutputStream::SetValue(signed char value, char const* tag, int index)
+{
+    SetNumber(value, tag, index);
+}
+
+void TTaggedOutputStream::SetValue(unsigned char value, char const* tag, int index)
+{
+    SetNumber(static_cast<signed char>(value), tag, index);
+}
+
+void TTaggedOutputStream::SetValue(short value, char const* tag, int index)
+{
+    SetNumber(value, tag, index);
+}
+
+void TTaggedOutputStream::SetValue(unsigned short value, char const* tag, int index)
+{
+    SetNumber(static_cast<short>(value), tag, index);
+}
+
+void TTaggedOutputStream::SetValue(int value, char const* tag, int index)
+{
+    SetNumber(value, tag, index);
+}
+
+void TTaggedOutputStream::SetValue(unsigned int value, char const* tag, int index)
+{
+    SetNumber(static_cast<int>(value), tag, index);
+}
+
+void TTaggedOutputStream::SetValue(long value, char const* tag, int index)
+{
+    SetNumber(NarrowLong(value, 1), tag, index);
+}
+
+void TTaggedOutputStream::SetValue(unsigned long value, char const* tag, int index)
+{
+    if (value > UINT_MAX)
+        qCWarning(LogNoGoZone) << "TTaggedOutputStream::SetValue" << 2;
+    SetNumber(static_cast<int>(static_cast<unsigned int>(value)), tag, index);
+}
+
+void TTaggedOutputStream::SetValue(long long value, char const* tag, int index)
+{
+    SetNumber(value, tag, index);
+}
+
+void TTaggedOutputStream::SetValue(unsigned long long value, char const* tag, int index)
+{
+    SetNumber(static_cast<long long>(value), tag, index);
+}
+
+void TTaggedOutputStream::SetValue(float value, char const* tag, int index)
+{
+    SetNumber(value, tag, index);
+}
+
+void TTaggedOutputStream::SetValue(double value, char const* tag, int index)
+{
+    SetNumber(value, tag, index);
+}
+
+void TTaggedOutputStream::SetValue(char const* text, char const* tag, int index)
+{
+    if (!text)
+        text = "";
+    int const length = static_cast<int>(std::strlen(text));
+    switch (m_mode) {
+    case streamModePlain:
+        m_output.WriteData(text, static_cast<unsigned>(length) + 1);
+        break;
+    case streamModeRawTags:
+        WriteRawValue(tag, index, text, static_cast<unsigned>(length) + 1, 4);
+        break;
+    case streamModeXml:
+        SetXmlText(tag, index, text, length, !IsPureAscii(text));
+        break;
+    }
+}
+
+void TTaggedOutputStream::SetValue(char16_t const* text, char const* tag, int index)
+{
+    if (!text)
+        text = u"";
+    if (XML()) {
+        TString<char> const utf8 = ConvertToUtf8(text);
+        SetXmlText(tag, index, utf8.c_str(), utf8.GetLength(), true);
+        return;
+    }
+    int length = 0;
+    while (text[length])
+        ++length;
+    unsigned int const size = (static_cast<unsigned>(length) + 1) * 2;
+    if (UseRawTags())
+        WriteRawValue(tag, index, text, size, 4);
+    else
+        m_output.WriteData(text, size);
+}
+
+void TTaggedOutputStream::SetValue(QString const& text, char const* tag, int index)
+{
+    QByteArray const utf8 = text.toUtf8();
+    SetValue(utf8.constData(), tag, index);
+}
+
+void TTaggedOutputStream::SetValue(QUuid const& id, char const* tag, int index)
+{
+    SetBinary(id.toRfc4122(), tag, index);
+}
+
+void TTaggedOutputStream::SetBinary(void const* data, int size, char const* tag, int index)
+{
+    if (size < 0)
+        size = 0;
+    switch (m_mode) {
+    case streamModePlain:
+        m_output.Write(size);
+        m_output.WriteData(data, static_cast<unsigned>(size));
+        break;
+    case streamModeRawTags:
+        WriteRawValue(tag, index, data, static_cast<unsigned>(size), 4);
+        break;
+    case streamModeXml:
+        m_output.WriteBinaryXML(tag, index, data, size, m_xmlLevel);
+        break;
+    }
+}
+
+void TTaggedOutputStream::SetBinary(QByteArray const& data, char const* tag, int index)
+{
+    SetBinary(data.constData(), data.size(), tag, index);
+}
+
+void TTaggedOutputStream::EnterXmlSection(char const* tag, int index)
+{
+    TString<char> spelled = GetXmlWriteTag(tag, index);
+    if (m_xmlLevel < m_xmlTags.Count())
+        m_xmlTags[m_xmlLevel] = spelled;
+    else
+        m_xmlTags.Add(spelled);
+    m_output.WriteXML(spelled.c_str(), 0, xmlStart, m_xmlLevel, true);
+    ++m_xmlLevel;
+}
+
+void TTaggedOutputStream::ExitXmlSection()
+{
+    if (m_xmlLevel <= 0) {
+        qCWarning(LogNoGoZone) << "TTaggedOutputStream::ExitXmlSection" << 1;
+        return;
+    }
+    --m_xmlLevel;
+    m_output.WriteXML(m_xmlTags[m_xmlLevel].c_str(), 0, xmlEnd, m_xmlLevel, true);
+}
+
+void TTaggedOutputStream::MakeGroup(char const* tag, int index)
+{
+    int const group = static_cast<int>(m_output.Align(4));
+    m_output.ReserveSpace(kGroupHead);
+    WriteTag(tag, index, 0);
+    Link(group);
+    unsigned char* head = Base() + group;
+    FastZeroEx(head, kGroupHead);
+    head[kNodeNameOffset] = kGroupNameOffset;
+    WriteInt(group + kGroupParent, m_currentGroup);
+    m_currentGroup = group;
+}
+
+void TTaggedOutputStream::MoveDown(char const* tag, int index)
+{
+    if (XML()) {
+        EnterXmlSection(tag, index);
+        return;
+    }
+    if (!UseRawTags() || !tag)
+        return;
+    if (std::strchr(tag, '/')) {
+        MoveDownPath(tag, index);
+        return;
+    }
+    int const found = FindNode(tag, index, 0);
+    if (found == 0) {
+        MakeGroup(tag, index);
+        return;
+    }
+    if (Base()[found + kNodeDataOffset] != 0) {
+        // A value of that name: entering it would link children into its
+        // data. A group of the same name is made beside it instead.
+        qCWarning(LogNoGoZone) << "TTaggedOutputStream::MoveDown" << 1;
+        MakeGroup(tag, index);
+        return;
+    }
+    m_currentGroup = found;
+}
+
+void TTaggedOutputStream::MoveDownPath(char const* path, int index)
+{
+    if (*path == '/') {
+        m_currentGroup = m_root;
+        ++path;
+    }
+    while (*path) {
+        char const* slash = std::strchr(path, '/');
+        size_t const length = slash ? static_cast<size_t>(slash - path) : std::strlen(path);
+        // Empty pieces ("a//b", "a/") name no group.
+        if (length > 0) {
+            bool const last = !slash || slash[1 + std::strspn(slash + 1, "/")] == 0;
+            TString<char> const piece(path, length_t(static_cast<unsigned>(length)));
+            MoveDown(piece.c_str(), last ? index : 0);
+        }
+        if (!slash)
+            break;
+        path = slash + 1;
+    }
+}
+
+void TTaggedOutputStream::MoveUp()
+{
+    if (XML()) {
+        ExitXmlSection();
+        return;
+    }
+    if (!UseRawTags())
+        return;
+    if (m_currentGroup == m_root) {
+        // The root has no parent; group 0 would link into the header.
+        qCWarning(LogNoGoZone) << "TTaggedOutputStream::MoveUp" << 1;
+        return;
+    }
+    TTaggedStream::MoveUp();
+}
+
+unsigned int TTaggedOutputStream::CloseWriting()
+{
+    if (m_closed)
+        return m_finalSize;
+    m_endedWithoutContents = m_output.GetPosition() == m_headerSize;
+    if (XML()) {
+        while (m_xmlLevel > 1) {
+            // Groups left open would leave the document unbalanced.
+            qCWarning(LogNoGoZone) << "TTaggedOutputStream::CloseWriting" << 1;
+            ExitXmlSection();
+        }
+        ExitXmlSection();
+    } else {
+        m_output.Align(4);
+    }
+    unsigned int const size = m_output.GetPosition();
+    if (!XML()) {
+        unsigned int const crc = ComputeCrc32(m_output.Start() + kHeaderChecked, size - kHeaderChecked);
+        WriteInt(kHeaderCrc, static_cast<int>(crc));
+        WriteInt(kHeaderSize, static_cast<int>(size));
+        m_output.SetPosition(size);
+    }
+    m_finalSize = size;
+    m_closed = true;
+    return size;
+}
+
+QByteArray TTaggedOutputStream::GetAsByteArray()
+{
+    unsigned int const size = CloseWriting();
+    return QByteArray(reinterpret_cast<char const*>(m_output.Start()), static_cast<int>(size));
+}
+
+bool TTaggedOutputStream::operator==(TTaggedOutputStream const& other) const
+{
+    unsigned int const size = Size();
+    return size == other.Size() && (size == 0 || std::memcmp(Start(), other.Start(), size) == 0);
+}

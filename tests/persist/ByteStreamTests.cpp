@@ -1,0 +1,532 @@
+#include "LogCapture.h"
+
+#include "core/TVector.h"
+#include "math/MemoryAlloc.h"
+#include "persist/TInputMemoryStream.h"
+#include "persist/TOutputMemoryStream.h"
+#include "text/TString.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <string>
+#include <vector>
+
+namespace {
+
+using Bytes = std::vector<unsigned char>;
+
+Bytes Written(TOutputMemoryStream const& stream)
+{
+    return Bytes(stream.Start(), stream.Start() + stream.GetPosition());
+}
+
+Bytes B(std::string const& text)
+{
+    return Bytes(text.begin(), text.end());
+}
+
+// Counts the raw writes that reach the stream.
+class CountingStream : public TOutputMemoryStream
+{
+public:
+    unsigned int WriteData(void const* data, unsigned int size) override
+    {
+        sizes.push_back(size);
+        return TOutputMemoryStream::WriteData(data, size);
+    }
+    std::vector<unsigned int> sizes;
+};
+
+void WriteMixed(TOutputStream& out)
+{
+    out.Write('A');
+    out.Write(static_cast<short>(0x0102));
+    out.Write(static_cast<unsigned short>(0xA0B0));
+    out.Write(0x01020304);
+    out.Write(0x8090A0B0u);
+    out.Write(-2L);
+    out.Write(1.0f);
+    out.Write(0x0102030405060708LL);
+    out.Write(-1.0);
+}
+
+} // namespace
+
+TEST(ByteStreamWrite, ExactBytesInBothOrders)
+{
+    TOutputMemoryStream plain;
+    TOutputMemoryStream swapped(32, autoDeleteOn, endianSwap);
+    WriteMixed(plain);
+    WriteMixed(swapped);
+    Bytes const little = {'A',  0x02, 0x01, 0xB0, 0xA0, 0x04, 0x03, 0x02, 0x01, 0xB0, 0xA0, 0x90, 0x80, 0xFE, 0xFF,
+                          0xFF, 0xFF, 0x00, 0x00, 0x80, 0x3F, 0x08, 0x07, 0x06, 0x05, 0x04, 0x03, 0x02, 0x01, 0x00,
+                          0x00, 0x00, 0x00, 0x00, 0x00, 0xF0, 0xBF};
+    Bytes const big = {'A',  0x01, 0x02, 0xA0, 0xB0, 0x01, 0x02, 0x03, 0x04, 0x80, 0x90, 0xA0, 0xB0, 0xFF, 0xFF,
+                       0xFF, 0xFE, 0x3F, 0x80, 0x00, 0x00, 0x01, 0x02, 0x03, 0x04, 0x05, 0x06, 0x07, 0x08, 0xBF,
+                       0xF0, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00};
+    EXPECT_EQ(Written(plain), little);
+    EXPECT_EQ(Written(swapped), big);
+    EXPECT_EQ(plain.GetPosition(), 37u);
+}
+
+TEST(ByteStreamWrite, ArraysAreOneWriteUnlessSwapped)
+{
+    int const values[3] = {1, -2, 0x7F000000};
+    CountingStream plain;
+    EXPECT_EQ(plain.Write(values, 3), 12u);
+    EXPECT_EQ(plain.sizes, (std::vector<unsigned int>{12}));
+
+    CountingStream swapped;
+    swapped.SetEndianType(endianSwap);
+    swapped.Write(values, 3);
+    EXPECT_EQ(swapped.sizes, (std::vector<unsigned int>{4, 4, 4}));
+    EXPECT_EQ(Written(swapped), (Bytes{0, 0, 0, 1, 0xFF, 0xFF, 0xFF, 0xFE, 0x7F, 0, 0, 0}));
+
+    long const longs[2] = {-1, 7};
+    CountingStream narrowed;
+    narrowed.Write(longs, 2);
+    EXPECT_EQ(Written(narrowed), (Bytes{0xFF, 0xFF, 0xFF, 0xFF, 7, 0, 0, 0}));
+}
+
+TEST(ByteStreamWrite, LongOutside32BitsIsReportedAndCut)
+{
+    LogCapture log;
+    TOutputMemoryStream out;
+    out.Write(0x100000002L);
+    out.Write(0x1FFFFFFFFUL);
+    EXPECT_EQ(Written(out), (Bytes{2, 0, 0, 0, 0xFF, 0xFF, 0xFF, 0xFF}));
+    EXPECT_TRUE(log.Contains("Log.NoGoZone", "TOutputStream::Write 1"));
+    EXPECT_TRUE(log.Contains("Log.NoGoZone", "TOutputStream::Write 2"));
+}
+
+TEST(ByteStreamWrite, CharsGoOutInPiecesOf128)
+{
+    CountingStream out;
+    EXPECT_EQ(out.WriteChars('x', 0), 0u);
+    EXPECT_TRUE(out.sizes.empty());
+    EXPECT_EQ(out.WriteChars('x', 300), 300u);
+    EXPECT_EQ(out.sizes, (std::vector<unsigned int>{128, 128, 44}));
+    out.sizes.clear();
+    out.WriteWChars(u'\x263A', 130);
+    EXPECT_EQ(out.sizes, (std::vector<unsigned int>{256, 4}));
+    EXPECT_EQ(out.Start()[300], 0x3A);
+    EXPECT_EQ(out.Start()[301], 0x26);
+}
+
+TEST(ByteStreamWrite, StringsAndLines)
+{
+    TOutputMemoryStream out;
+    out.WriteString("ab", true);
+    out.WriteString(TString<char>("c"), false);
+    out.WriteString(u"d", true);
+    out.WriteLine("e");
+    out.WriteLine(u"f");
+    EXPECT_EQ(Written(out), (Bytes{'a', 'b', 0, 'c', 'd', 0, 0, 0, 'e', '\r', '\n', 'f', 0, 0x0D, 0, 0, 0, 0x0A, 0, 0, 0}));
+}
+
+TEST(ByteStreamWrite, GrowthIsByAConstantStepOfAtLeast32)
+{
+    TOutputMemoryStream out(1);
+    EXPECT_EQ(out.GetGrowthStep(), 32u);
+    EXPECT_EQ(out.GetAllocatedSize(), 0u);
+    out.Write('a');
+    EXPECT_EQ(out.GetAllocatedSize(), 32u);
+    out.WriteChars('b', 32);
+    EXPECT_EQ(out.GetAllocatedSize(), 64u);
+    out.WriteChars('c', 100); // beyond one step: exactly what is needed
+    EXPECT_EQ(out.GetAllocatedSize(), 133u);
+    out.ReserveSpace(3);
+    EXPECT_EQ(out.GetPosition(), 136u);
+    EXPECT_EQ(out.Start()[0], 'a');
+    EXPECT_EQ(out.Start()[132], 'c');
+}
+
+TEST(ByteStreamWrite, FixedBufferOverflowLeavesTheCallersBlockAlone)
+{
+    LogCapture log;
+    unsigned char block[8];
+    std::memset(block, 0xEE, sizeof(block));
+    {
+        TOutputMemoryStream out(block, 4);
+        out.Write(0x04030201);
+        EXPECT_EQ(out.Start(), block);
+        EXPECT_TRUE(log.Lines().isEmpty());
+        out.Write('z');
+        EXPECT_NE(out.Start(), block);
+        EXPECT_EQ(Written(out), (Bytes{1, 2, 3, 4, 'z'}));
+    }
+    EXPECT_EQ(block[4], 0xEE);
+    EXPECT_TRUE(log.Contains("Log.NoGoZone", "TOutputMemoryStream::WriteData 1"));
+}
+
+TEST(ByteStreamWrite, AppendsBehindAnAdoptedBlock)
+{
+    auto* block = static_cast<unsigned char*>(malloc_ex(3));
+    std::memcpy(block, "xyz", 3);
+    TOutputMemoryStream out(0, autoDeleteOn, block, 3);
+    EXPECT_EQ(out.GetGrowthStep(), 32u);
+    EXPECT_EQ(out.Write('!'), 4u);
+    EXPECT_EQ(Written(out), B("xyz!"));
+}
+
+TEST(ByteStreamWrite, AutoDeleteOffHandsTheBlockOver)
+{
+    void* block = nullptr;
+    {
+        TOutputMemoryStream out(32, autoDeleteOff);
+        out.WriteString("kept", true);
+        block = out.Start();
+    }
+    EXPECT_STREQ(static_cast<char*>(block), "kept");
+    free_ex(block);
+}
+
+TEST(ByteStreamWrite, StringThenAlignPadsByTheStringLength)
+{
+    TOutputMemoryStream out;
+    out.Write('#'); // an odd position does not matter
+    EXPECT_EQ(out.WriteStringThenAlign("abc"), 5u);
+    EXPECT_EQ(out.WriteStringThenAlign("abcd"), 13u);
+    EXPECT_EQ(out.WriteStringThenAlign(""), 17u);
+    EXPECT_EQ(Written(out), (Bytes{'#', 'a', 'b', 'c', 0, 'a', 'b', 'c', 'd', 0, 0, 0, 0, 0, 0, 0, 0}));
+
+    TInputMemoryStream in(out.Start() + 1, 16);
+    char text[8];
+    EXPECT_EQ(in.ReadStringThenAlign(text), 4u);
+    EXPECT_STREQ(text, "abc");
+    TString<char> second;
+    in.ReadStringThenAlign(second);
+    EXPECT_EQ(second, "abcd");
+    EXPECT_EQ(in.GetPosition(), 12u);
+}
+
+TEST(ByteStreamWrite, WideStringThenAlignTakesTwoBytesACharacter)
+{
+    char16_t const data[] = {u'a', 0, u'b', u'c', 0, 0, u'z', 0};
+    TInputMemoryStream in(data, sizeof(data));
+    char16_t text[4];
+    EXPECT_EQ(in.ReadStringThenAlign(text), 4u); // 2 + 2
+    EXPECT_EQ(text[0], u'a');
+    TString<char16_t> second;
+    in.ReadStringThenAlign(second); // 4 + 2 rounded up to 8
+    EXPECT_EQ(second, u"bc");
+    EXPECT_EQ(in.GetPosition(), 12u);
+}
+
+TEST(ByteStreamWrite, AlignInitBlockExtendAndReserve)
+{
+    TOutputMemoryStream out;
+    out.Write('a');
+    EXPECT_EQ(out.Align(1, 0x55), 1u);
+    EXPECT_EQ(out.Align(4, 0x55), 4u);
+    EXPECT_EQ(out.Align(4, 0x55), 4u);
+    EXPECT_EQ(Written(out), (Bytes{'a', 0x55, 0x55, 0x55}));
+    out.Write('b');
+    EXPECT_EQ(out.Align(8, 0, true), 8u);
+    EXPECT_EQ(out.GetAllocatedSize(), 8u);
+
+    EXPECT_EQ(out.InitBlock(0x11, 3), 8u);
+    EXPECT_EQ(out.GetPosition(), 8u);
+    EXPECT_EQ(out.Start()[10], 0x11);
+
+    unsigned int const capacity = out.GetAllocatedSize();
+    EXPECT_EQ(out.ExtendInternalBuffer(16), capacity);
+    EXPECT_EQ(out.GetAllocatedSize(), capacity + 16);
+    EXPECT_EQ(out.GetPosition(), capacity);
+    for (unsigned int i = capacity; i < capacity + 16; ++i)
+        EXPECT_EQ(out.Start()[i], 0) << i;
+
+    TOutputMemoryStream fresh;
+    fresh.Reserve(100);
+    EXPECT_EQ(fresh.GetAllocatedSize(), 100u);
+    EXPECT_EQ(fresh.GetPosition(), 0u);
+    fresh.WriteChars('q', 100);
+    EXPECT_EQ(fresh.GetAllocatedSize(), 100u);
+}
+
+TEST(ByteStreamWrite, CutSectionAndOptimizeSize)
+{
+    TOutputMemoryStream out;
+    out.WriteString("0123456789", false);
+    unsigned int const capacity = out.GetAllocatedSize();
+    out.CutSection(2, 3);
+    EXPECT_EQ(out.GetPosition(), 2u);
+    EXPECT_EQ(out.GetAllocatedSize(), capacity - 3);
+    EXPECT_EQ(std::memcmp(out.Start(), "0156789", 7), 0);
+
+    out.CutSection(5, 1000); // cut at the end of the block
+    EXPECT_EQ(out.GetAllocatedSize(), 5u);
+
+    out.SetPosition(4);
+    out.OptimizeSize();
+    EXPECT_EQ(out.GetAllocatedSize(), 4u);
+    EXPECT_EQ(out.GetPosition(), 4u);
+    EXPECT_EQ(std::memcmp(out.Start(), "0156", 4), 0);
+    out.Write('!'); // the stream stays usable
+    EXPECT_EQ(std::memcmp(out.Start(), "0156!", 5), 0);
+}
+
+TEST(ByteStreamRead, TypedReadsInBothOrders)
+{
+    for (EEndianType order : {endianNoSwap, endianSwap}) {
+        TOutputMemoryStream out(32, autoDeleteOn, order);
+        WriteMixed(out);
+        TInputMemoryStream in(out.Start(), out.GetPosition(), order);
+        char c;
+        short s;
+        unsigned short us;
+        int i;
+        unsigned int ui;
+        long l;
+        float f;
+        long long ll;
+        double d;
+        in.Read(&c);
+        in.Read(&s);
+        in.Read(&us);
+        in.Read(&i);
+        in.Read(&ui);
+        in.Read(&l);
+        in.Read(&f);
+        in.Read(&ll);
+        EXPECT_EQ(in.Read(&d), 37u);
+        EXPECT_EQ(c, 'A');
+        EXPECT_EQ(s, 0x0102);
+        EXPECT_EQ(us, 0xA0B0);
+        EXPECT_EQ(i, 0x01020304);
+        EXPECT_EQ(ui, 0x8090A0B0u);
+        EXPECT_EQ(l, -2L);
+        EXPECT_EQ(f, 1.0f);
+        EXPECT_EQ(ll, 0x0102030405060708LL);
+        EXPECT_EQ(d, -1.0);
+        EXPECT_TRUE(in.IsEnd());
+    }
+}
+
+// Lengths around the block size of the shuffle path, and odd tails.
+template <class T>
+void CheckArraySwap(T seed)
+{
+    for (unsigned int count : {2u, 3u, 7u, 8u, 15u, 16u, 31u, 32u, 33u, 65u, 200u}) {
+        std::vector<T> values(count);
+        for (unsigned int n = 0; n < count; ++n)
+            values[n] = static_cast<T>(seed * static_cast<T>(n + 1) + static_cast<T>(n));
+        TOutputMemoryStream out(32, autoDeleteOn, endianSwap);
+        out.Write(values.data(), count);
+        std::vector<T> back(count);
+        TInputMemoryStream in(out.Start(), out.GetPosition(), endianSwap);
+        EXPECT_EQ(in.Read(back.data(), count), count * sizeof(T));
+        EXPECT_EQ(back, values) << sizeof(T) << " bytes, count " << count;
+        // And the stored bytes really are reversed.
+        T first;
+        std::memcpy(&first, out.Start(), sizeof(T));
+        unsigned char a[sizeof(T)], b[sizeof(T)];
+        std::memcpy(a, &first, sizeof(T));
+        std::memcpy(b, &values[0], sizeof(T));
+        for (size_t k = 0; k < sizeof(T); ++k)
+            EXPECT_EQ(a[k], b[sizeof(T) - 1 - k]);
+    }
+}
+
+TEST(ByteStreamRead, ArraysSwapInPlaceAtEveryLength)
+{
+    CheckArraySwap<short>(0x0123);
+    CheckArraySwap<unsigned int>(0x01234567u);
+    CheckArraySwap<long long>(0x0123456789ABLL);
+    CheckArraySwap<double>(1.25);
+}
+
+TEST(ByteStreamRead, LongsWidenFromFourBytes)
+{
+    unsigned char const data[] = {0xFE, 0xFF, 0xFF, 0xFF, 5, 0, 0, 0, 0, 0, 0, 0x80};
+    long signedValues[3];
+    TInputMemoryStream in(data, sizeof(data));
+    EXPECT_EQ(in.Read(signedValues, 3), 12u);
+    EXPECT_EQ(signedValues[0], -2L);
+    EXPECT_EQ(signedValues[1], 5L);
+    EXPECT_EQ(signedValues[2], static_cast<long>(INT32_MIN));
+
+    unsigned long unsignedValue;
+    TInputMemoryStream swapped(data, 4, endianSwap);
+    swapped.Read(&unsignedValue);
+    EXPECT_EQ(unsignedValue, 0xFEFFFFFFul);
+}
+
+TEST(ByteStreamRead, NothingIsReadOutsideTheBlock)
+{
+    unsigned char const data[] = {1, 2, 3};
+    TInputMemoryStream in(data, sizeof(data));
+    int value = -1;
+    EXPECT_EQ(in.Read(&value), 4u);
+    EXPECT_EQ(value, 0x030201);
+    EXPECT_EQ(in.GetSizeLeft(), 0u);
+    EXPECT_EQ(in.ReadData(&value, 4), 8u);
+    EXPECT_EQ(value, 0);
+
+    char const text[] = {'a', 'b', 'c'}; // no terminator
+    TInputMemoryStream strings(text, sizeof(text));
+    EXPECT_EQ(strings.FindStringLenA(), 3);
+    char buffer[8];
+    EXPECT_EQ(strings.ReadString(buffer), 3u);
+    EXPECT_STREQ(buffer, "abc");
+    strings.Reset();
+    EXPECT_EQ(strings.FindStringLenW(), 1);
+    TString<char16_t> wide;
+    EXPECT_EQ(strings.ReadString(wide), 2u);
+    EXPECT_EQ(wide.GetLength(), 1);
+}
+
+TEST(ByteStreamRead, GetCharStopsAtTheEnd)
+{
+    char data[] = {'x', static_cast<char>(0xF0)};
+    TInputMemoryStream in(data, 2);
+    EXPECT_EQ(in.GetChar(), 'x');
+    EXPECT_EQ(in.GetChar(), 0xF0);
+    EXPECT_EQ(in.GetChar(), -1);
+    EXPECT_EQ(in.GetPosition(), 2u);
+    in.UngetChar('y');
+    EXPECT_EQ(in.GetPosition(), 1u);
+    EXPECT_EQ(data[1], 'y');
+    EXPECT_EQ(in.GetChar(), 'y');
+    in.Reset();
+    in.UngetChar('q'); // nothing before the start
+    EXPECT_EQ(in.GetPosition(), 0u);
+    EXPECT_EQ(data[0], 'x');
+}
+
+TEST(ByteStreamRead, StringsAndTokens)
+{
+    TOutputMemoryStream out;
+    out.WriteString("first", true);
+    out.WriteString(u"wide", true);
+    out.WriteString("1,,3", true);
+    out.WriteString("-42", true);
+    TInputMemoryStream in(out.Start(), out.GetPosition());
+    EXPECT_EQ(in.FindStringLenA(), 5);
+    TString<char> narrow;
+    EXPECT_EQ(in.ReadString(narrow), 6u);
+    EXPECT_EQ(narrow, "first");
+    EXPECT_EQ(in.FindStringLenW(), 4);
+    char16_t wide[8];
+    EXPECT_EQ(in.ReadString(wide), 16u);
+    EXPECT_EQ(TString<char16_t>(wide), u"wide");
+    TVector<TString<char>> tokens;
+    in.ReadTokens(tokens, ",");
+    ASSERT_EQ(tokens.Count(), 3);
+    EXPECT_EQ(tokens[0], "1");
+    EXPECT_EQ(tokens[1], "");
+    EXPECT_EQ(tokens[2], "3");
+    int value = 0;
+    Read(&value, in, dataFormatText);
+    EXPECT_EQ(value, -42);
+    EXPECT_TRUE(in.IsEnd());
+}
+
+TEST(ByteStreamRead, NarrowReadLineEndsAtEachLineEnd)
+{
+    char const text[] = "a\r\nb\rc\nlonger line\0z";
+    TInputMemoryStream in(text, sizeof(text) - 1);
+    TString<char> line;
+    bool atEnd = false;
+    in.ReadLine(line, 100, &atEnd);
+    EXPECT_EQ(line, "a");
+    in.ReadLine(line, 100, &atEnd);
+    EXPECT_EQ(line, "b");
+    in.ReadLine(line, 100, &atEnd);
+    EXPECT_EQ(line, "c");
+    in.ReadLine(line, 6, &atEnd);
+    EXPECT_EQ(line, "longer");
+    EXPECT_FALSE(atEnd);
+    in.ReadLine(line, 100, &atEnd);
+    EXPECT_EQ(line, " line");
+    EXPECT_TRUE(atEnd);
+    in.ReadLine(line, 0, nullptr);
+    EXPECT_EQ(line, "");
+    EXPECT_EQ(in.GetPosition(), sizeof(text) - 2);
+    atEnd = false;
+    in.ReadLine(line, 100, &atEnd); // the block ends without a terminator
+    EXPECT_EQ(line, "z");
+    EXPECT_TRUE(atEnd);
+    EXPECT_TRUE(in.IsEnd());
+}
+
+TEST(ByteStreamRead, WideReadLineKeepsItsOldWays)
+{
+    char16_t const text[] = u"ab\ncd";
+    TInputMemoryStream in(text, sizeof(text));
+    TString<char16_t> line;
+    bool atEnd = false;
+    in.ReadLine(line, 100, &atEnd);
+    EXPECT_EQ(line, u"ab");
+    EXPECT_EQ(in.GetPosition(), 0u); // ended by LF: the position stays
+
+    in.ReadLine(line, 1, &atEnd); // below 2 reads nothing
+    EXPECT_EQ(line, u"");
+    in.ReadLine(line, 2, &atEnd); // the limit ends it: the position moves
+    EXPECT_EQ(line, u"a");
+    EXPECT_EQ(in.GetPosition(), 2u);
+    in.ReadLine(line, 4, &atEnd);
+    EXPECT_EQ(line, u"b");
+    EXPECT_EQ(in.GetPosition(), 2u);
+
+    in.SetPosition(6);
+    in.ReadLine(line, 100, &atEnd); // ends at the zero
+    EXPECT_EQ(line, u"cd");
+    EXPECT_FALSE(atEnd); // never raised
+    atEnd = true;
+    in.ReadLine(line, 100, &atEnd);
+    EXPECT_TRUE(atEnd);
+    in.ReadLine(line, 100, nullptr);
+    EXPECT_EQ(line, u"cd");
+}
+
+TEST(ByteStreamXml, TagsAndValues)
+{
+    TOutputMemoryStream out;
+    out.WriteXML("track:t", 3, xmlStart, 2, true);
+    out.WriteXML("name", 0, "a<b", 3);
+    out.WriteXML(nullptr, 0, "bare", 1);
+    out.WriteBinaryXML("bin", 12, "\x01\x02\x03\x04", 4, 0);
+    out.WriteXML("track:t", 3, xmlEnd, 2, false);
+    EXPECT_EQ(Written(out), B("\t\t<track-3>\r\n"
+                              "\t\t\t<name>a<b</name>\r\n"
+                              "bare"
+                              "<bin-12>AQIDBA==</bin-12>\r\n"
+                              "\t\t</track-3>"));
+}
+
+TEST(ByteStreamXml, FreeWritersAndTagSpelling)
+{
+    TOutputMemoryStream out;
+    WriteXML(out, 1.0f, ',');
+    WriteXML(out, 1.0, 0);
+    WriteXML(out, u"\u00e9t\u00e9");
+    EXPECT_EQ(Written(out), B("AACAPw==,AAAAAAAA8D8=\xC3\xA9t\xC3\xA9"));
+
+    EXPECT_EQ(GetXmlWriteTag("abcd", 12), "abcd-12");
+    EXPECT_EQ(GetXmlWriteTag("long:s", 0), "long");
+    EXPECT_EQ(GetXmlWriteTag("a:b:c", -1), "a--1");
+    EXPECT_EQ(GetXmlReadTag("long:s"), "long");
+    EXPECT_EQ(GetXmlReadTag("plain"), "plain");
+}
+
+TEST(ByteStreamStrings, TStringWriteAndReadInBothFormats)
+{
+    TOutputMemoryStream out;
+    TString<char> const narrow("n\xC3\xA9");
+    TString<char16_t> const wide(u"w\u00e9");
+    narrow.Write(out, dataFormatBinary);
+    wide.Write(out, dataFormatBinary);
+    narrow.Write(out, dataFormatText);
+    wide.Write(out, dataFormatText);
+    EXPECT_EQ(Written(out), B(std::string("n\xC3\xA9\0w\0\xE9\0\0\0n\xC3\xA9w\xC3\xA9", 16)));
+
+    TInputMemoryStream in(out.Start(), 10);
+    TString<char> narrowBack;
+    TString<char16_t> wideBack;
+    narrowBack.Read(in, dataFormatBinary);
+    wideBack.Read(in, dataFormatBinary);
+    EXPECT_EQ(narrowBack, narrow);
+    EXPECT_EQ(wideBack, wide);
+}
