@@ -1,6 +1,7 @@
 #include "text/NumberText.h"
 
 #include "math/RoundToSignificantDigits.h"
+#include "text/TString.h"
 
 #include <QString>
 
@@ -308,6 +309,32 @@ void IntegerToZeroJustifiedString(T* buffer, int value, int maximum)
     if (value < 0 && width > 0)
         --width; // printf counts the sign in the width
     IntToString(value, buffer, width, 0);
+}
+
+TString<char> AStringFromInt(int value, int width, int options)
+{
+    if (width > 64) {
+        TString<char> result(length_t(width + 2));
+        return result.SetEnd(IntToString(value, result.Buffer(), width, options));
+    }
+    char text[24 + 64];
+    return TString<char>(text, length_t(IntToString(value, text, width, options)));
+}
+
+TString<char> AStringFromInt64(long long value, int width, int options)
+{
+    if (width > 64) {
+        TString<char> result(length_t(width + 2));
+        return result.SetEnd(Int64ToString(value, result.Buffer(), width, options));
+    }
+    char text[32 + 64];
+    return TString<char>(text, length_t(Int64ToString(value, text, width, options)));
+}
+
+TString<char> AStringFromFloat(double value, int options)
+{
+    char text[64];
+    return TString<char>(text, length_t(FloatToString(value, text, options)));
 }
 
 QString QStringFromInt(int value, int width, int options)

@@ -3,6 +3,8 @@
 #include "core/CommonExport.h"
 
 class QString;
+template <class T>
+class TString;
 
 // The option word of the number functions. The time and audio value
 // functions take the same word and hand their share of it on.
@@ -59,6 +61,9 @@ COMMON_EXPORT int FloatToString(double value, T* buffer, int options);
 template <class T>
 COMMON_EXPORT void IntegerToZeroJustifiedString(T* buffer, int value, int maximum);
 
+COMMON_EXPORT TString<char> AStringFromInt(int value, int width = 0, int options = 0);
+COMMON_EXPORT TString<char> AStringFromInt64(long long value, int width = 0, int options = 0);
+COMMON_EXPORT TString<char> AStringFromFloat(double value, int options);
 COMMON_EXPORT QString QStringFromInt(int value, int width = 0, int options = 0);
 COMMON_EXPORT QString QStringFromInt64(long long value, int width = 0, int options = 0);
 COMMON_EXPORT QString QStringFromFloat(double value, int options);

@@ -2,6 +2,7 @@
 
 #include "core/StringConstants.h"
 #include "text/NumberText.h"
+#include "text/TString.h"
 
 #include <QString>
 
@@ -82,6 +83,22 @@ int RoundToInt(double value)
     if (rounded <= INT_MIN)
         return INT_MIN;
     return static_cast<int>(rounded);
+}
+
+template <class T>
+T* PutSampleRate(int rate, T* out)
+{
+    out += IntToString(rate, out, 0, eNumGroupDigits);
+    *PutAscii(out, " Hz") = 0;
+    return out;
+}
+
+template <class T>
+T* PutBitRate(int rate, T* out)
+{
+    out += IntToString(rate / 1000, out, 0, eNumGroupDigits);
+    *PutAscii(out, "kbps") = 0;
+    return out;
 }
 
 template <class T>
@@ -173,6 +190,13 @@ void AudioLevelToString(double level, T* buffer, int format, int options, char c
     *end = 0;
 }
 
+TString<char> AStringFromAudioLevel(double level, int format, int options, char const* infiniteText)
+{
+    char text[64];
+    AudioLevelToString(level, text, format, options, infiniteText);
+    return TString<char>(text);
+}
+
 QString QStringFromAudioLevel(double level, int format, int options, char const* infiniteText)
 {
     char16_t text[64];
@@ -190,6 +214,13 @@ void QFileSizeToString(long long size, char16_t* buffer, int options)
     PutFileSize(size, buffer, options);
 }
 
+TString<char> AStringFromFileSize(long long size, int options)
+{
+    char text[48];
+    PutFileSize(size, text, options);
+    return TString<char>(text);
+}
+
 QString QStringFromFileSize(long long size, int options)
 {
     char16_t text[48];
@@ -197,18 +228,39 @@ QString QStringFromFileSize(long long size, int options)
     return QString::fromUtf16(text);
 }
 
+TString<char> AStringFromSampleRate(int rate)
+{
+    char text[24];
+    PutSampleRate(rate, text);
+    return TString<char>(text);
+}
+
 QString QStringFromSampleRate(int rate)
 {
     char16_t text[24];
-    int length = IntToString(rate, text, 0, eNumGroupDigits);
-    return QString::fromUtf16(text, length) + QStringLiteral(" Hz");
+    PutSampleRate(rate, text);
+    return QString::fromUtf16(text);
+}
+
+TString<char> AStringFromBitRate(int rate)
+{
+    char text[24];
+    PutBitRate(rate, text);
+    return TString<char>(text);
+}
+
+TString<char16_t> WStringFromBitRate(int rate)
+{
+    char16_t text[24];
+    PutBitRate(rate, text);
+    return TString<char16_t>(text);
 }
 
 QString QStringFromBitRate(int rate)
 {
     char16_t text[24];
-    int length = IntToString(rate / 1000, text, 0, eNumGroupDigits);
-    return QString::fromUtf16(text, length) + QStringLiteral("kbps");
+    PutBitRate(rate, text);
+    return QString::fromUtf16(text);
 }
 
 template COMMON_EXPORT void AudioLevelToString<char>(double, char*, int, int, char const*);

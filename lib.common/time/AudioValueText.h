@@ -3,6 +3,8 @@
 #include "core/CommonExport.h"
 
 class QString;
+template <class T>
+class TString;
 
 // The format word of AudioLevelToString: the first bit set, in the order
 // gain, percent, decibels, sample values, rules.
@@ -38,6 +40,8 @@ enum EAudioValueOption : int
 // infinite sample values give 0 and the int limits.
 template <class T>
 COMMON_EXPORT void AudioLevelToString(double level, T* buffer, int format, int options, char const* infiniteText);
+COMMON_EXPORT TString<char> AStringFromAudioLevel(double level, int format, int options,
+                                                  char const* infiniteText = nullptr);
 COMMON_EXPORT QString QStringFromAudioLevel(double level, int format, int options, char const* infiniteText = nullptr);
 
 // File sizes: "1 234 bytes" (no unit option: 2 decimals, digit groups),
@@ -47,8 +51,12 @@ COMMON_EXPORT QString QStringFromAudioLevel(double level, int format, int option
 COMMON_EXPORT void FileSizeToString(long long size, char* buffer, int options);
 // The same into a UTF-16 buffer.
 COMMON_EXPORT void QFileSizeToString(long long size, char16_t* buffer, int options);
+COMMON_EXPORT TString<char> AStringFromFileSize(long long size, int options);
 COMMON_EXPORT QString QStringFromFileSize(long long size, int options);
 
 // "44 100 Hz"; "320kbps" (the rate in bits per second, cut to whole kbps).
+COMMON_EXPORT TString<char> AStringFromSampleRate(int rate);
 COMMON_EXPORT QString QStringFromSampleRate(int rate);
+COMMON_EXPORT TString<char> AStringFromBitRate(int rate);
+COMMON_EXPORT TString<char16_t> WStringFromBitRate(int rate);
 COMMON_EXPORT QString QStringFromBitRate(int rate);

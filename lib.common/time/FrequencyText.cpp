@@ -1,6 +1,7 @@
 #include "time/FrequencyText.h"
 
 #include "text/NumberText.h"
+#include "text/TString.h"
 #include "time/TTimeMetrics.h"
 #include "time/TimeToString.h"
 
@@ -142,6 +143,14 @@ void FrequencyToString(double frequency, T* buffer, int format, TTimeMetrics con
         double period = used.sampleRate / (frequency > 1e-06 ? frequency : 1e-06);
         TimeToString(period, buffer, format, used, options);
     }
+}
+
+TString<char> AStringFromFrequency(double frequency, int format, TTimeMetrics const* metrics, int options,
+                                   double reference)
+{
+    char text[s_bufferSize];
+    FrequencyToString(frequency, text, format, metrics, options, reference);
+    return TString<char>(text);
 }
 
 QString QStringFromFrequency(double frequency, int format, TTimeMetrics const* metrics, int options,

@@ -3,6 +3,8 @@
 #include "core/CommonExport.h"
 
 class QString;
+template <class T>
+class TString;
 class TTimeMetrics;
 
 enum EFrequencyFormat : int
@@ -35,5 +37,7 @@ COMMON_EXPORT void FrequencyToNote(double frequency, int* note, int* octave, int
 template <class T>
 COMMON_EXPORT void FrequencyToString(double frequency, T* buffer, int format, TTimeMetrics const* metrics,
                                      int options, double reference);
+COMMON_EXPORT TString<char> AStringFromFrequency(double frequency, int format, TTimeMetrics const* metrics,
+                                                 int options, double reference);
 COMMON_EXPORT QString QStringFromFrequency(double frequency, int format, TTimeMetrics const* metrics, int options,
                                            double reference);

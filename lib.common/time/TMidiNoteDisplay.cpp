@@ -1,6 +1,7 @@
 #include "time/TMidiNoteDisplay.h"
 
 #include "text/NumberText.h"
+#include "text/TString.h"
 
 #include <QString>
 
@@ -46,6 +47,13 @@ void MidiNoteToString(int note, T* buffer, EMidiNoteFormat format)
         IntToString(note, buffer, 0, 0);
         break;
     }
+}
+
+TString<char> AStringFromMidiNote(int note, EMidiNoteFormat format)
+{
+    char text[16];
+    MidiNoteToString(note, text, format);
+    return TString<char>(text);
 }
 
 QString QStringFromMidiNote(int note, EMidiNoteFormat format)

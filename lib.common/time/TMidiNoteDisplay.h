@@ -3,6 +3,8 @@
 #include "core/CommonExport.h"
 
 class QString;
+template <class T>
+class TString;
 class TTaggedOutputStream;
 class TTaggedInputStream;
 
@@ -19,6 +21,7 @@ enum EMidiNoteFormat : int
 // Writes the note, first clamped to 0 to 127; 8 characters are ample.
 template <class T>
 COMMON_EXPORT void MidiNoteToString(int note, T* buffer, EMidiNoteFormat format);
+COMMON_EXPORT TString<char> AStringFromMidiNote(int note, EMidiNoteFormat format);
 COMMON_EXPORT QString QStringFromMidiNote(int note, EMidiNoteFormat format);
 
 // A host's choice of how to show a note. State values: "num", "key", "seq".

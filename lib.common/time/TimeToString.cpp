@@ -2,6 +2,7 @@
 
 #include "diag/LogCategories.h"
 #include "text/NumberText.h"
+#include "text/TString.h"
 
 #include <QString>
 
@@ -530,6 +531,30 @@ template <class T>
 void TimeToString(long long position, T* buffer, int format, TTimeMetrics const& metrics, int options)
 {
     WriteTime(static_cast<double>(position), buffer, format, metrics, options);
+}
+
+TString<char> AStringFromTime(double position, int format, TTimeMetrics const& metrics, int options)
+{
+    char text[64];
+    WriteTime(position, text, format, metrics, options);
+    return TString<char>(text);
+}
+
+TString<char> AStringFromTime(long long position, int format, TTimeMetrics const& metrics, int options)
+{
+    return AStringFromTime(static_cast<double>(position), format, metrics, options);
+}
+
+TString<char16_t> WStringFromTime(double position, int format, TTimeMetrics const& metrics, int options)
+{
+    char16_t text[64];
+    WriteTime(position, text, format, metrics, options);
+    return TString<char16_t>(text);
+}
+
+TString<char16_t> WStringFromTime(long long position, int format, TTimeMetrics const& metrics, int options)
+{
+    return WStringFromTime(static_cast<double>(position), format, metrics, options);
 }
 
 QString QStringFromTime(double position, int format, TTimeMetrics const& metrics, int options)

@@ -4,6 +4,8 @@
 #include "time/TTimeMetrics.h"
 
 class QString;
+template <class T>
+class TString;
 
 // The format word of TimeToString: the family, then what the family shows.
 // The same bit may mean different things in different families.
@@ -88,6 +90,13 @@ inline void TimeToString(int position, T* buffer, int format, TTimeMetrics const
     TimeToString<T>(static_cast<long long>(position), buffer, format, metrics, options);
 }
 
+COMMON_EXPORT TString<char> AStringFromTime(double position, int format, TTimeMetrics const& metrics, int options = 0);
+COMMON_EXPORT TString<char> AStringFromTime(long long position, int format, TTimeMetrics const& metrics,
+                                            int options = 0);
+COMMON_EXPORT TString<char16_t> WStringFromTime(double position, int format, TTimeMetrics const& metrics,
+                                                int options = 0);
+COMMON_EXPORT TString<char16_t> WStringFromTime(long long position, int format, TTimeMetrics const& metrics,
+                                                int options = 0);
 // A position of integer type other than long long needs a cast to one of
 // the two.
 COMMON_EXPORT QString QStringFromTime(double position, int format, TTimeMetrics const& metrics, int options = 0);

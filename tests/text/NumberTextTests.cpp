@@ -1,5 +1,6 @@
 #include "math/RoundToSignificantDigits.h"
 #include "text/NumberText.h"
+#include "text/TString.h"
 
 #include <gtest/gtest.h>
 
@@ -209,8 +210,12 @@ TEST(RoundToSignificantDigits, DirectedModesIgnoreTheScalingHair)
             EXPECT_DOUBLE_EQ(RoundToSignificantDigits(exact, 3, nullptr, mode), exact) << exact << " " << mode;
 }
 
-TEST(NumberText, QStringForms)
+TEST(NumberText, ResultForms)
 {
+    EXPECT_STREQ(AStringFromInt(1994, 0, eNumRoman | eNumRomanCapitals).c_str(), "MCMXCIV");
+    EXPECT_STREQ(AStringFromInt64(-12345678901LL, 0, eNumGroupDigits).c_str(), "-12 345 678 901");
+    EXPECT_EQ(AStringFromInt(-3, 100).GetLength(), 101);
+    EXPECT_STREQ(AStringFromFloat(-0.001, 2).c_str(), "0");
     EXPECT_EQ(QStringFromInt(-1234567, 0, eNumGroupDigits), QStringLiteral("-1 234 567"));
     EXPECT_EQ(QStringFromInt64(5, 80).size(), 80);
     EXPECT_TRUE(QStringFromInt64(5, 80).endsWith(QStringLiteral("005")));

@@ -1,4 +1,5 @@
 #include "text/NumberText.h"
+#include "text/TString.h"
 #include "time/AudioValueText.h"
 #include "time/FrequencyText.h"
 #include "time/TMidiNoteDisplay.h"
@@ -186,6 +187,13 @@ TEST(FileSizeAndRates, Texts)
     EXPECT_EQ(QStringFromSampleRate(44100), QStringLiteral("44 100 Hz"));
     EXPECT_EQ(QStringFromBitRate(320000), QStringLiteral("320kbps"));
     EXPECT_EQ(QStringFromBitRate(999), QStringLiteral("0kbps"));
+    EXPECT_STREQ(AStringFromSampleRate(192000).c_str(), "192 000 Hz");
+    EXPECT_STREQ(AStringFromBitRate(1411200).c_str(), "1 411kbps");
+    EXPECT_TRUE(WStringFromBitRate(128000) == u"128kbps");
+    EXPECT_STREQ(AStringFromFileSize(1536, eFileSizeAutoUnit | 2).c_str(), "1.5 kB");
+    EXPECT_STREQ(AStringFromMidiNote(60, eMidiNameFromCm1).c_str(), "C4");
+    EXPECT_STREQ(AStringFromAudioLevel(0.0, eLevelGainAsDb, 0).c_str(), "-oo dB");
+    EXPECT_STREQ(AStringFromFrequency(440.0, eFrequencyNote, nullptr, 0, 440.0).c_str(), "A 3");
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "LogCapture.h"
 
+#include "text/TString.h"
 #include "time/TimeToString.h"
 
 #include <gtest/gtest.h>
@@ -293,6 +294,10 @@ TEST(TimeToString, LongLongAndQStringForms)
     TimeToString(88200, narrow, kClock | eClockSeconds, TTimeMetrics(), 0);
     EXPECT_STREQ(narrow, "2 s");
     EXPECT_EQ(QStringFromTime(88200LL, kTc25, TTimeMetrics()), QStringLiteral("00:00:02.00"));
+    EXPECT_STREQ(AStringFromTime(88200LL, kTc25, TTimeMetrics()).c_str(), "00:00:02.00");
+    EXPECT_STREQ(AStringFromTime(441.0, kClock | eClockMicroseconds, TTimeMetrics()).c_str(), "10000 \u00B5s");
+    EXPECT_TRUE(WStringFromTime(-44100LL, kClock | eClockSeconds, TTimeMetrics()) == u"-1 s");
+    EXPECT_TRUE(WStringFromTime(441.0, kClock | eClockMicroseconds, TTimeMetrics()) == u"10000 \u00B5s");
     EXPECT_EQ(QStringFromTime(-88200.0, kTc25, TTimeMetrics()), QStringLiteral("-00:00:02.00"));
 }
 
