@@ -19,6 +19,10 @@
 #include <new>
 #include <utility>
 
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
 template <class T>
 TString<T>* TString<T>::s_null = nullptr;
 
@@ -539,13 +543,49 @@ TString<T>& TString<T>::Insert(int position, TString const& text, int count)
 }
 
 template <class T>
+TString<T>& TString<T>::Append(T const* text)
+{
+    if (!text)
+        return *this;
+    TStringRef* ref = GetStringRef();
+    if (ref->m_references.load(std::memory_order_acquire) == 1 && !IsInside(text)) {
+        // Words are short: copying while measuring beats strlen and memcpy.
+        // A longer text leaves its first characters in the spare room only.
+        unsigned const length = ref->m_length;
+        unsigned const room = ref->m_capacity / sizeof(T) - 1 - length;
+        unsigned const limit = room < 16 ? room : 16;
+        T* end = m_text + length;
+        unsigned n = 0;
+        for (; n < limit && text[n]; ++n)
+            end[n] = text[n];
+        if (!text[n]) {
+            end[n] = 0;
+            ref->m_length = length + n;
+            return *this;
+        }
+    }
+    return Append(text, static_cast<unsigned>(TextLength(text)));
+}
+
+template <class T>
 TString<T>& TString<T>::Append(T const* text, unsigned count)
 {
     if (!text || count == 0)
         return *this;
+    TStringRef* ref = GetStringRef();
+    unsigned const length = ref->m_length;
+    if ((length + count + 1) * sizeof(T) <= ref->m_capacity && ref->m_references.load(std::memory_order_acquire) == 1
+        && !IsInside(text)) {
+        // Fits and owned: no gap to open, nothing to move.
+        T* end = m_text + length;
+        FastCopyEx(text, end, count * sizeof(T));
+        end[count] = 0;
+        ref->m_length = length + count;
+        return *this;
+    }
     if (IsInside(text)) {
         TString const copy(text, length_t(count));
-        return Append(copy);
+        return Append(copy.m_text, count);
     }
     FastCopyEx(text, OpenGap(s_end, static_cast<int>(count)), count * sizeof(T));
     return *this;
@@ -554,7 +594,13 @@ TString<T>& TString<T>::Append(T const* text, unsigned count)
 template <class T>
 TString<T>& TString<T>::Append(TString const& text)
 {
-    return Insert(s_end, text, s_end);
+    if (IsEmpty())
+        return *this = text;
+    if (text.m_text == m_text) {
+        TString const keep(text);
+        return Append(keep.m_text, keep.GetStringRef()->m_length);
+    }
+    return Append(text.m_text, text.GetStringRef()->m_length);
 }
 
 // ---- read ------------------------------------------------------------------

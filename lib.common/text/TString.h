@@ -205,7 +205,7 @@ public:
         }
         return Insert(s_end, c, 1);
     }
-    TString& Append(T const* text) { return Insert(s_end, text, s_end); }
+    TString& Append(T const* text);
     // Exactly count characters, terminators included.
     TString& Append(T const* text, unsigned count);
     TString& Append(TString const& text);
