@@ -1,26 +1,21 @@
 #include "core/BypassThreads.h"
 
-#include <QThread>
+#include "core/TCommonGlobalData.h"
 
-#include <algorithm>
-#include <mutex>
-#include <vector>
+#include <QMutexLocker>
+#include <QThread>
 
 namespace BypassThreads {
 namespace {
 
-// Until the process-wide critical section exists this lock stands in for it;
-// both are held only for a short list operation.
-std::mutex& Lock()
+// The list lives in the common block; before the library has loaded and
+// after it has ended there is none, and no thread bypasses.
+int IndexOf(TSlotSequence const& threads, ThreadHandle thread)
 {
-    static std::mutex mutex;
-    return mutex;
-}
-
-std::vector<ThreadHandle>& Threads()
-{
-    static std::vector<ThreadHandle> threads;
-    return threads;
+    for (int i = 0; i < threads.GetNumBusySlots(); ++i)
+        if (*static_cast<ThreadHandle const*>(threads.ConstSlotPtr(i)) == thread)
+            return i;
+    return -1;
 }
 
 } // namespace
@@ -32,30 +27,34 @@ ThreadHandle CurrentThread()
 
 void Add(ThreadHandle thread)
 {
-    std::lock_guard<std::mutex> guard(Lock());
-    auto& threads = Threads();
-    threads.erase(std::remove(threads.begin(), threads.end(), thread), threads.end());
-    threads.push_back(thread);
+    TCommonGlobalData* block = CommonGlobalData();
+    if (!block)
+        return;
+    QMutexLocker lock(&block->bypassLock);
+    int const index = IndexOf(block->bypassThreads, thread);
+    if (index >= 0)
+        block->bypassThreads.CutSlots(index, 1);
+    block->bypassThreads.AppendSlot(&thread);
 }
 
 void Remove(ThreadHandle thread)
 {
-    std::lock_guard<std::mutex> guard(Lock());
-    auto& threads = Threads();
-    threads.erase(std::remove(threads.begin(), threads.end(), thread), threads.end());
+    TCommonGlobalData* block = CommonGlobalData();
+    if (!block)
+        return;
+    QMutexLocker lock(&block->bypassLock);
+    int const index = IndexOf(block->bypassThreads, thread);
+    if (index >= 0)
+        block->bypassThreads.CutSlots(index, 1);
 }
 
 bool Contains(ThreadHandle thread)
 {
-    std::lock_guard<std::mutex> guard(Lock());
-    auto const& threads = Threads();
-    return std::find(threads.begin(), threads.end(), thread) != threads.end();
-}
-
-void Clear()
-{
-    std::lock_guard<std::mutex> guard(Lock());
-    std::vector<ThreadHandle>().swap(Threads());
+    TCommonGlobalData* block = CommonGlobalData();
+    if (!block)
+        return false;
+    QMutexLocker lock(&block->bypassLock);
+    return IndexOf(block->bypassThreads, thread) >= 0;
 }
 
 } // namespace BypassThreads

@@ -10,7 +10,5 @@ ThreadHandle CurrentThread();
 void Add(ThreadHandle thread);
 void Remove(ThreadHandle thread);
 bool Contains(ThreadHandle thread);
-// Empties the list and frees its memory, at the end of the library.
-void Clear();
 
 } // namespace BypassThreads

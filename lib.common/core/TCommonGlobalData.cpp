@@ -1,6 +1,5 @@
 #include "core/TCommonGlobalData.h"
 
-#include "core/BypassThreads.h"
 #include "core/TCommonExternData.h"
 #include "core/TLibraryGuard.h"
 
@@ -35,7 +34,8 @@ TCommonGlobalData::~TCommonGlobalData()
     delete m_frameExternData;
     // The multi-file buffers and the cached page memory are released here
     // once the buffered file classes exist.
-    BypassThreads::Clear();
+    bypassThreads.SetNumBusySlots(0);
+    bypassThreads.FreeMemory();
 }
 
 TCommonGlobalData* CommonGlobalData()

@@ -1,7 +1,9 @@
 #pragma once
 
+#include "core/TSlotSequence.h"
 #include "core/ThisThread.h"
 
+#include <QMutex>
 #include <QThreadStorage>
 
 class QThread;
@@ -24,6 +26,11 @@ public:
     // the process-wide parallel reader and writer join the block with the
     // thread and parallel file classes.
     QThread* const mainThread;
+    // Threads inside a TBypassExceptionMessages scope, one slot each, under
+    // bypassLock. The lock stands in for the process-wide critical section
+    // until the lock classes exist; both are held only for a list operation.
+    TSlotSequence bypassThreads{static_cast<int>(sizeof(void*)), 20, 20};
+    QMutex bypassLock;
 
 private:
     TCommonExternData* m_frameExternData;

@@ -183,5 +183,5 @@ TEST(CallingStyle, FlagsAndIdsDoNotConvertImplicitly)
     static_assert(!std::is_convertible_v<TUniqueId<TObject, int>, TUniqueId<TListElement, int>>);
     static_assert(sizeof(TOutParam<int>) == sizeof(int*));
     EXPECT_TRUE(BSaveOnDelete(true).Get());
-    EXPECT_EQ(TUniqueId<TObject, int>(3).Value(), 3);
+    EXPECT_EQ((TUniqueId<TObject, int>(3).Value()), 3);
 }
