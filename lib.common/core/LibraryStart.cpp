@@ -7,6 +7,8 @@
 #include "core/TLibraryGuard.h"
 #include "diag/FailureReporting.h"
 #include "diag/LogCategories.h"
+#include "math/FastMemory.h"
+#include "platform/PlatformMemory.h"
 #include "platform/PlatformProcess.h"
 
 #include <array>
@@ -73,12 +75,18 @@ private:
         LogBenchmark();
     }
 
+    static void PickMemoryKernels()
+    {
+        InitFastMemoryDispatch();
+        PlatformPageSize();
+        PlatformAllocationGranularity();
+    }
+
     // Seams: each step joins the sequence with the classes it builds.
     static void OpenTraceChannel() {}                      // trace channel
     static void BuildExperienceSetting() {}                // auto setting "experience_board"
     static void BuildCommonGlobalSetting() {}              // auto setting "CommonGlobal"
     static void BuildFileNotifierAndReaderHeap() {}        // "GlobalFileNotifier", "FileReaderHeap"
-    static void PickMemoryKernels() {}                     // memory kernel dispatch, page size
     static void BuildNullOperationTemplate() {}            // operation template "__Null__"
     static void BuildFileNameStatics() {}                  // TFileName statics, "__GlobalMap__"
     static void BuildPathConstants() {}                    // separators, TFileName::null, "AA_FileNameListCache"
