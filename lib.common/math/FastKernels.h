@@ -1,17 +1,13 @@
 #pragma once
 
-// Library-internal: the kernel sets behind the fast memory functions and the
-// CRC-32, one set per dispatch level.
+// Library-internal: the kernels beside the exported byte moves, one row per
+// dispatch level, indexed by the same number as g_fastMemoryKernels.
 
 #include <cstddef>
 #include <cstdint>
 
 struct TFastKernels
 {
-    void* (*copy)(void const* source, void* target, size_t size);
-    void* (*move)(void const* source, void* target, size_t size);
-    void (*zero)(void* target, size_t size);
-    void (*fill)(void* target, uint64_t pattern, size_t size);
     bool (*isZero)(void const* data, size_t size);
     // Runs the reflected CRC-32 register over the bytes, without the
     // inversions at start and end.

@@ -13,25 +13,25 @@ namespace {
 void* PickThenCopy(void const* source, void* target, size_t size)
 {
     InitFastMemoryDispatch();
-    return FastKernels().copy(source, target, size);
+    return FastMemoryKernels().copy(source, target, size);
 }
 
 void* PickThenMove(void const* source, void* target, size_t size)
 {
     InitFastMemoryDispatch();
-    return FastKernels().move(source, target, size);
+    return FastMemoryKernels().move(source, target, size);
 }
 
 void PickThenZero(void* target, size_t size)
 {
     InitFastMemoryDispatch();
-    FastKernels().zero(target, size);
+    FastMemoryKernels().zero(target, size);
 }
 
 void PickThenFill(void* target, uint64_t pattern, size_t size)
 {
     InitFastMemoryDispatch();
-    FastKernels().fill(target, pattern, size);
+    FastMemoryKernels().fill(target, pattern, size);
 }
 
 bool PickThenIsZero(void const* data, size_t size)
@@ -59,20 +59,15 @@ size_t PickThenDecode(unsigned char const* text, size_t length, unsigned char* d
 }
 
 constexpr TFastKernels s_kernels[] = {
-    { PickThenCopy, PickThenMove, PickThenZero, PickThenFill, PickThenIsZero, PickThenCrc32, PickThenEncode,
-        PickThenDecode },
-    { GenericCopy, GenericMove, GenericZero, GenericFill, GenericIsZero, Crc32Tables, Base64EncodeWords,
-        Base64DecodeWords },
+    { PickThenIsZero, PickThenCrc32, PickThenEncode, PickThenDecode },
+    { GenericIsZero, Crc32Tables, Base64EncodeWords, Base64DecodeWords },
 #if COMMON_X86_KERNELS
-    { Avx2Copy, Avx2Move, Avx2Zero, Avx2Fill, Avx2IsZero, Crc32Pclmul, Avx2Base64Encode, Avx2Base64Decode },
-    { Avx2Copy, Avx2Move, Avx2Zero, Avx2Fill, Avx2IsZero, Crc32Vpclmul, Avx2Base64Encode, Avx2Base64Decode },
+    { Avx2IsZero, Crc32Pclmul, Avx2Base64Encode, Avx2Base64Decode },
+    { Avx2IsZero, Crc32Vpclmul, Avx2Base64Encode, Avx2Base64Decode },
 #endif
 };
 
 constexpr int kLevelCount = static_cast<int>(sizeof(s_kernels) / sizeof(s_kernels[0]));
-
-// The one process-wide number that indexes the kernel table.
-std::atomic<int> g_fastMemoryLevel { 0 };
 
 bool CanRunLevel(int level)
 {
@@ -92,6 +87,19 @@ bool CanRunLevel(int level)
 }
 
 } // namespace
+
+TFastMemoryKernels const g_fastMemoryKernels[] = {
+    { PickThenCopy, PickThenMove, PickThenZero, PickThenFill },
+    { GenericCopy, GenericMove, GenericZero, GenericFill },
+#if COMMON_X86_KERNELS
+    { Avx2Copy, Avx2Move, Avx2Zero, Avx2Fill },
+    { Avx2Copy, Avx2Move, Avx2Zero, Avx2Fill },
+#endif
+};
+
+static_assert(sizeof(g_fastMemoryKernels) / sizeof(g_fastMemoryKernels[0]) == kLevelCount, "one row per level");
+
+std::atomic<int> g_fastMemoryLevel { 0 };
 
 TFastKernels const& FastKernels()
 {
@@ -126,26 +134,6 @@ bool SetFastMemoryDispatchLevel(int level)
         return false;
     g_fastMemoryLevel.store(level, std::memory_order_relaxed);
     return true;
-}
-
-void* FastCopyKernel(void const* source, void* target, size_t size)
-{
-    return FastKernels().copy(source, target, size);
-}
-
-void* FastMoveKernel(void const* source, void* target, size_t size)
-{
-    return FastKernels().move(source, target, size);
-}
-
-void FastZeroKernel(void* target, size_t size)
-{
-    FastKernels().zero(target, size);
-}
-
-void FastFillKernel(void* target, uint64_t pattern, size_t size)
-{
-    FastKernels().fill(target, pattern, size);
 }
 
 bool IsZeroedMemory(void const* data, int size)

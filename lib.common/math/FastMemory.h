@@ -2,6 +2,7 @@
 
 #include "core/CommonExport.h"
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -10,12 +11,33 @@
 // Byte moves, source before target (the reverse of memcpy). Sizes below 64
 // are handled inline; larger ones go to kernels picked for the processor.
 
-COMMON_EXPORT void* FastCopyKernel(void const* source, void* target, size_t size);
-COMMON_EXPORT void* FastMoveKernel(void const* source, void* target, size_t size);
-COMMON_EXPORT void FastZeroKernel(void* target, size_t size);
-// Fills size bytes with an 8-byte pattern whose period divides 8 and divides
-// size: the pattern of one element repeated.
-COMMON_EXPORT void FastFillKernel(void* target, uint64_t pattern, size_t size);
+#if defined(__GNUC__)
+#define COMMON_ALWAYS_INLINE inline __attribute__((always_inline))
+#else
+#define COMMON_ALWAYS_INLINE inline
+#endif
+
+// The kernels of one dispatch level.
+struct TFastMemoryKernels
+{
+    void* (*copy)(void const* source, void* target, size_t size);
+    void* (*move)(void const* source, void* target, size_t size);
+    void (*zero)(void* target, size_t size);
+    // Fills size bytes with an 8-byte pattern whose period divides 8 and
+    // divides size: the pattern of one element repeated.
+    void (*fill)(void* target, uint64_t pattern, size_t size);
+};
+
+// One row per level, indexed by the one process-wide level number; row 0
+// picks the level on its first use and calls on. Read inline, so that a
+// large move costs one indirect call, as a call of the C library does.
+extern COMMON_EXPORT TFastMemoryKernels const g_fastMemoryKernels[];
+extern COMMON_EXPORT std::atomic<int> g_fastMemoryLevel;
+
+inline TFastMemoryKernels const& FastMemoryKernels()
+{
+    return g_fastMemoryKernels[g_fastMemoryLevel.load(std::memory_order_relaxed)];
+}
 
 // Picks the kernels for this processor. The library's start calls it; until
 // then the first kernel call does, so calling it is never required.
@@ -64,7 +86,7 @@ public:
     // clang-format on
 
     // size is 1 to 32.
-    static void CopyUpTo32(void const* source, void* target, int size)
+    COMMON_ALWAYS_INLINE static void CopyUpTo32(void const* source, void* target, int size)
     {
         auto const* s = static_cast<unsigned char const*>(source);
         auto* t = static_cast<unsigned char*>(target);
@@ -75,7 +97,7 @@ public:
         }
     }
 
-    static void ZeroUpTo32(void* target, int size)
+    COMMON_ALWAYS_INLINE static void ZeroUpTo32(void* target, int size)
     {
         auto* t = static_cast<unsigned char*>(target);
         switch (size) {
@@ -87,6 +109,17 @@ public:
 #undef COMMON_FAST_ZERO_CASE
 #undef COMMON_FAST_COPY_CASE
 #undef COMMON_FAST_RUN_CASES
+
+    // Knowing that a size is 33 to 63, the compiler may replace the call of
+    // the C library by a string instruction that is slower at such sizes.
+    static size_t Opaque(int size)
+    {
+        size_t n = static_cast<size_t>(size);
+#if defined(__GNUC__)
+        __asm__("" : "+r"(n));
+#endif
+        return n;
+    }
 
     // One element repeated over 8 bytes.
     template <class T> static uint64_t Pattern(T value)
@@ -109,42 +142,40 @@ private:
 
 // The result is target. Only the low 32 bits of size, read as a signed
 // number, choose the path: with bit 31 set nothing is copied.
-inline void* FastCopyEx(void const* source, void* target, size_t size)
+COMMON_ALWAYS_INLINE void* FastCopyEx(void const* source, void* target, size_t size)
 {
     if (source == target)
         return target;
     int const low = static_cast<int>(static_cast<uint32_t>(size));
     if (low >= 64)
-        return FastCopyKernel(source, target, size);
-    if (low <= 0)
-        return target;
-    if (low <= 32)
+        return FastMemoryKernels().copy(source, target, size);
+    if (low > 32)
+        std::memcpy(target, source, TFastMemoryRun::Opaque(low));
+    else if (low > 0)
         TFastMemoryRun::CopyUpTo32(source, target, low);
-    else
-        std::memcpy(target, source, static_cast<size_t>(low));
     return target;
 }
 
 // The ranges may overlap.
-inline void* FastMoveEx(void const* source, void* target, int size)
+COMMON_ALWAYS_INLINE void* FastMoveEx(void const* source, void* target, int size)
 {
     if (source == target)
         return target;
     if (size >= 64)
-        return FastMoveKernel(source, target, static_cast<size_t>(size));
+        return FastMemoryKernels().move(source, target, static_cast<size_t>(size));
     if (size > 0)
-        std::memmove(target, source, static_cast<size_t>(size));
+        std::memmove(target, source, TFastMemoryRun::Opaque(size));
     return target;
 }
 
-inline void FastZeroEx(void* target, int size)
+COMMON_ALWAYS_INLINE void FastZeroEx(void* target, int size)
 {
     if (!target)
         return;
     if (size >= 64)
-        FastZeroKernel(target, static_cast<size_t>(size));
+        FastMemoryKernels().zero(target, static_cast<size_t>(size));
     else if (size > 32)
-        std::memset(target, 0, static_cast<size_t>(size));
+        std::memset(target, 0, TFastMemoryRun::Opaque(size));
     else if (size > 0)
         TFastMemoryRun::ZeroUpTo32(target, size);
 }
@@ -154,5 +185,5 @@ template <class T> inline void FastFill(T* target, T value, int count)
 {
     if (count <= 0)
         return;
-    FastFillKernel(target, TFastMemoryRun::Pattern(value), static_cast<size_t>(count) * sizeof(T));
+    FastMemoryKernels().fill(target, TFastMemoryRun::Pattern(value), static_cast<size_t>(count) * sizeof(T));
 }
