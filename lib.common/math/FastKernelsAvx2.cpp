@@ -67,12 +67,25 @@ inline void MoveUpTo256(unsigned char const* s, unsigned char* t, size_t size)
     StoreChunk(t + size - 128, tail);
 }
 
-// Over 256 bytes, ascending; the last 128 bytes are read first.
+inline void StoreChunkAligned(unsigned char* p, TChunk const& v)
+{
+    auto* q = reinterpret_cast<__m256i*>(p);
+    _mm256_store_si256(q, v.a);
+    _mm256_store_si256(q + 1, v.b);
+    _mm256_store_si256(q + 2, v.c);
+    _mm256_store_si256(q + 3, v.d);
+}
+
+// Over 256 bytes, ascending, with aligned stores. The ends are read first and
+// written last, so a target below an overlapping source is safe too.
 inline void MoveForward(unsigned char const* s, unsigned char* t, size_t size)
 {
+    __m256i const head = Load(s);
     TChunk const tail = LoadChunk(s + size - 128);
-    for (size_t at = 0; at + 128 < size; at += 128)
-        StoreChunk(t + at, LoadChunk(s + at));
+    size_t at = 32 - (reinterpret_cast<uintptr_t>(t) & 31);
+    for (; at + 128 < size; at += 128)
+        StoreChunkAligned(t + at, LoadChunk(s + at));
+    Store(t, head);
     StoreChunk(t + size - 128, tail);
 }
 
@@ -80,9 +93,12 @@ inline void MoveForward(unsigned char const* s, unsigned char* t, size_t size)
 inline void MoveBackward(unsigned char const* s, unsigned char* t, size_t size)
 {
     TChunk const head = LoadChunk(s);
-    for (size_t end = size; end > 128; end -= 128)
-        StoreChunk(t + end - 128, LoadChunk(s + end - 128));
+    __m256i const tail = Load(s + size - 32);
+    size_t end = size - (reinterpret_cast<uintptr_t>(t + size) & 31);
+    for (; end > 128; end -= 128)
+        StoreChunkAligned(t + end - 128, LoadChunk(s + end - 128));
     StoreChunk(t, head);
+    Store(t + size - 32, tail);
 }
 
 inline void StoreRepeated(unsigned char* t, __m256i v, size_t size)
