@@ -5,6 +5,7 @@
 #include "math/Checksum.h"
 #include "math/FastMemory.h"
 #include "persist/ComposeBuffer.h"
+#include "persist/TNodeNameIndex.h"
 #include "text/TextConversion.h"
 
 #include <QByteArray>
@@ -30,10 +31,158 @@ char const kXmlDeclaration[] = "<?xml version=\"1.0\" encoding=\"utf-8\" ?>";
 char const kCDataOpen[] = "<![CDATA[";
 char const kCDataClose[] = "]]>";
 
+// alignment is a power of 2.
 unsigned int RoundUp(unsigned int value, unsigned int alignment)
 {
-    unsigned int const rest = value % alignment;
-    return rest ? value + alignment - rest : value;
+    return (value + alignment - 1) & ~(alignment - 1);
+}
+
+// The raw spelling of a tag: the part behind its first ":". One pass gives
+// it and its length.
+char const* RawPart(char const* tag, size_t* length)
+{
+    char const* start = tag;
+    char const* p = tag;
+    for (; *p; ++p)
+        if (*p == ':') {
+            start = p + 1;
+            p = start + std::strlen(start);
+            break;
+        }
+    *length = static_cast<size_t>(p - start);
+    return start;
+}
+
+// The name of a node: the raw tag, cut and followed by the index if there
+// is one. Returns the name, in buffer or in tag.
+char const* NodeName(char const* raw, size_t rawLength, int index, char* buffer, unsigned int* length)
+{
+    if (index == 0) {
+        *length = static_cast<unsigned>(rawLength);
+        return raw;
+    }
+    size_t const limit = TTaggedStream::kMaxIndexedTag;
+    size_t const kept = rawLength < limit ? rawLength : limit;
+    std::memcpy(buffer, raw, kept);
+    *length = static_cast<unsigned>(std::to_chars(buffer + kept, buffer + kept + 12, index).ptr - buffer);
+    return buffer;
+}
+
+void PutInt(unsigned char* at, int value)
+{
+    std::memcpy(at, &value, 4);
+}
+
+int GetInt(unsigned char const* at)
+{
+    int value;
+    std::memcpy(&value, at, 4);
+    return value;
+}
+
+// The 8 bytes of a value head: next 0, size byte, data offset, name offset.
+// A data offset that is a multiple of 256 reads as 0, a group, with the
+// name offset of a group.
+void PutValueHead(unsigned char* head, int dataOffset, unsigned char sizeByte, unsigned char nameOffset)
+{
+    if (dataOffset % 256 == 0)
+        nameOffset = TTaggedStream::kGroupNameOffset;
+    unsigned char const bytes[8] = {0, 0, 0, 0, sizeByte, static_cast<unsigned char>(dataOffset), nameOffset, 0};
+    std::memcpy(head, bytes, 8);
+}
+
+// Appends node to the children of group.
+void LinkChild(TOutputMemoryStream& out, int group, int node)
+{
+    if (group <= 0 || static_cast<unsigned>(group) + kGroupHead > out.GetPosition()) {
+        // A group restored to an offset that holds none: linking would
+        // write outside the tree.
+        qCWarning(LogNoGoZone) << "TTaggedOutputStream::Link" << 1;
+        return;
+    }
+    unsigned char* base = out.Start();
+    int const last = GetInt(base + group + TTaggedStream::kGroupLastChild);
+    PutInt(base + (last == 0 ? group + TTaggedStream::kGroupFirstChild : last + TTaggedStream::kNodeNext), node);
+    PutInt(base + group + TTaggedStream::kGroupLastChild, node);
+}
+
+// The head of a value whose data runs from dataStart to the position.
+void FillSmallHead(TOutputMemoryStream& out, int node, int dataStart)
+{
+    auto const size = static_cast<unsigned char>(out.GetPosition() - static_cast<unsigned>(dataStart));
+    PutValueHead(out.Start() + node, dataStart - node, size,
+                 size != 0 ? TTaggedStream::kSmallNameOffset : TTaggedStream::kBigNameOffset);
+}
+
+void FillBigHead(TOutputMemoryStream& out, int node, int dataStart)
+{
+    unsigned char* head = out.Start() + node;
+    PutValueHead(head, dataStart - node, 0, TTaggedStream::kBigNameOffset);
+    PutInt(head + TTaggedStream::kBigValueSize, static_cast<int>(out.GetPosition() - static_cast<unsigned>(dataStart)));
+}
+
+// The decimal digits of an index; most indexes are small.
+unsigned int SpellIndex(int index, char* digits)
+{
+    if (index > 0 && index < 10) {
+        digits[0] = static_cast<char>('0' + index);
+        return 1;
+    }
+    if (index >= 10 && index < 100) {
+        digits[0] = static_cast<char>('0' + index / 10);
+        digits[1] = static_cast<char>('0' + index % 10);
+        return 2;
+    }
+    return static_cast<unsigned>(std::to_chars(digits, digits + 12, index).ptr - digits);
+}
+
+void CopyShort(unsigned char* target, char const* source, size_t size)
+{
+    if (size > 16) {
+        std::memcpy(target, source, size);
+        return;
+    }
+    for (size_t i = 0; i < size; ++i)
+        target[i] = static_cast<unsigned char>(source[i]);
+}
+
+// The bytes of Align(4), the head, WriteTag(tag, index, alignment) and room
+// for size bytes of data, laid out at once. Returns where the data goes.
+unsigned char* LayoutValue(TOutputMemoryStream& out, char const* tag, int index, unsigned int size, int alignment,
+                           int* node, int* dataStart)
+{
+    size_t rawLength;
+    char const* raw = RawPart(tag, &rawLength);
+    char digits[16];
+    unsigned int digitCount = 0;
+    if (index != 0) {
+        if (rawLength > TTaggedStream::kMaxIndexedTag)
+            rawLength = TTaggedStream::kMaxIndexedTag;
+        digitCount = SpellIndex(index, digits);
+    }
+    auto const length = static_cast<unsigned int>(rawLength) + digitCount;
+
+    unsigned int const head = size > kMaxSmallValue ? kBigHead : kSmallHead;
+    unsigned int const position = out.GetPosition();
+    unsigned int const at = RoundUp(position, 4);
+    unsigned int const nameAt = at + head;
+    unsigned int const nameEnd = length + 1 < 4 ? nameAt + 4 : nameAt + length + 1;
+    unsigned int const start = alignment > 1 ? RoundUp(nameEnd, static_cast<unsigned>(alignment)) : nameEnd;
+    unsigned int const end = start + size;
+
+    // 8 bytes of slack let the padding go out as whole words.
+    out.MakeRoom(end - position + 8);
+    unsigned char* base = out.Start();
+    static constexpr unsigned char kZeros[8] = {};
+    std::memcpy(base + position, kZeros, 4);
+    CopyShort(base + nameAt, raw, rawLength);
+    for (unsigned int i = 0; i < digitCount; ++i)
+        base[nameAt + rawLength + i] = static_cast<unsigned char>(digits[i]);
+    std::memcpy(base + nameAt + length, kZeros, 8);
+    out.Advance(end - position);
+    *node = static_cast<int>(at);
+    *dataStart = static_cast<int>(start);
+    return base + start;
 }
 
 // long is stored in 4 bytes everywhere.
@@ -57,15 +206,19 @@ bool IsPureAscii(char const* text)
 }
 
 TTaggedOutputStream::TTaggedOutputStream(EStreamMode mode, char const* fileType, EAutoDelete autoDelete)
-    : TTaggedStream(mode), m_output(kGrowthStep, autoDelete), m_xmlTags(20, 20), m_xmlLevel(0), m_finalSize(0),
-      m_headerSize(0), m_endedWithoutContents(false), m_closed(false)
+    : TTaggedStream(mode), m_output(kGrowthStep, autoDelete), m_xmlTags(20, 20), m_index(nullptr),
+      m_irregularNames(false), m_xmlLevel(0), m_finalSize(0), m_headerSize(0), m_endedWithoutContents(false),
+      m_closed(false)
 {
     m_stream = &m_output;
     m_growing = true;
     Init(fileType ? fileType : "");
 }
 
-TTaggedOutputStream::~TTaggedOutputStream() = default;
+TTaggedOutputStream::~TTaggedOutputStream()
+{
+    delete m_index;
+}
 
 void TTaggedOutputStream::Init(char const* fileType)
 {
@@ -113,81 +266,36 @@ unsigned int TTaggedOutputStream::WriteTag(char const* tag, int index, int align
 
 void TTaggedOutputStream::Link(int node)
 {
-    int const group = m_currentGroup;
-    int const last = ReadInt(group + kGroupLastChild);
-    if (last == 0)
-        WriteInt(group + kGroupFirstChild, node);
-    else
-        WriteInt(last + kNodeNext, node);
-    WriteInt(group + kGroupLastChild, node);
+    LinkChild(m_output, m_currentGroup, node);
 }
 
 void TTaggedOutputStream::WriteValueNode(int node, int dataStart)
 {
-    Link(node);
-    unsigned char* head = Base() + node;
-    unsigned int const size = m_output.GetPosition() - static_cast<unsigned>(dataStart);
-    int const dataOffset = dataStart - node;
-    WriteInt(node + kNodeNext, 0);
-    head[kNodeSize] = static_cast<unsigned char>(size);
-    head[kNodeDataOffset] = static_cast<unsigned char>(dataOffset);
-    head[kNodeNameOffset] = head[kNodeSize] != 0 ? kSmallNameOffset : kBigNameOffset;
-    if (dataOffset % 256 == 0) {
-        head[kNodeDataOffset] = 0;
-        head[kNodeNameOffset] = kGroupNameOffset;
-    }
-    head[7] = 0;
+    LinkChild(m_output, m_currentGroup, node);
+    FillSmallHead(m_output, node, dataStart);
 }
 
 void TTaggedOutputStream::WriteValueNodeEx(int node, int dataStart)
 {
-    Link(node);
-    unsigned char* head = Base() + node;
-    int const dataOffset = dataStart - node;
-    WriteInt(node + kNodeNext, 0);
-    head[kNodeSize] = 0;
-    head[kNodeDataOffset] = static_cast<unsigned char>(dataOffset);
-    head[kNodeNameOffset] = dataOffset % 256 == 0 ? kGroupNameOffset : kBigNameOffset;
-    head[7] = 0;
-    WriteInt(node + kBigValueSize, static_cast<int>(m_output.GetPosition() - static_cast<unsigned>(dataStart)));
+    LinkChild(m_output, m_currentGroup, node);
+    FillBigHead(m_output, node, dataStart);
 }
 
 void TTaggedOutputStream::WriteRawValue(char const* tag, int index, void const* data, unsigned int size, int alignment)
 {
-    // The bytes of Align(4), the head, WriteTag and the data, laid out at
-    // once.
-    char const* raw = RawTagPart(tag);
-    char indexed[kMaxIndexedTag + 16];
-    char const* name = raw;
-    unsigned int length;
-    if (index != 0) {
-        length = static_cast<unsigned>(SpellIndexedName(raw, index, indexed));
-        name = indexed;
-    } else {
-        length = static_cast<unsigned>(std::strlen(raw));
-    }
-    bool const big = size > kMaxSmallValue;
-    unsigned int const position = m_output.GetPosition();
-    unsigned int const node = RoundUp(position, 4);
-    unsigned int const nameAt = node + (big ? kBigHead : kSmallHead);
-    unsigned int nameEnd = nameAt + length + 1;
-    if (length + 1 < 4)
-        nameEnd = nameAt + 4;
-    unsigned int const dataStart = alignment > 1 ? RoundUp(nameEnd, static_cast<unsigned>(alignment)) : nameEnd;
-    unsigned int const end = dataStart + size;
-
-    m_output.MakeRoom(end - position);
-    unsigned char* base = m_output.Start();
-    FastZeroEx(base + position, static_cast<int>(node - position));
-    FastCopyEx(name, base + nameAt, length);
-    FastZeroEx(base + nameAt + length, static_cast<int>(dataStart - nameAt - length));
+    int node;
+    int dataStart;
+    unsigned char* target = LayoutValue(m_output, tag, index, size, alignment, &node, &dataStart);
     if (size)
-        FastCopyEx(data, base + dataStart, size);
-    m_output.Advance(end - position);
-    if (big)
-        WriteValueNodeEx(static_cast<int>(node), static_cast<int>(dataStart));
-    else
-        WriteValueNode(static_cast<int>(node), static_cast<int>(dataStart));
+        std::memcpy(target, data, size);
+    LinkChild(m_output, m_currentGroup, node);
+    if (size > kMaxSmallValue) {
+        FillBigHead(m_output, node, dataStart);
+        return;
+    }
+    if (size == 0)
+        m_irregularNames = true;
+    FillSmallHead(m_output, node, dataStart);
 }
 
 void TTaggedOutputStream::SetXmlText(char const* tag, int index, char const* text, int length, bool cdata)
@@ -217,9 +325,16 @@ void TTaggedOutputStream::SetNumber(T value, char const* tag, int index)
     case streamModePlain:
         m_output.Write(value);
         break;
-    case streamModeRawTags:
-        WriteRawValue(tag, index, &value, sizeof(T), sizeof(T) >= 4 ? 4 : static_cast<int>(sizeof(T)));
+    case streamModeRawTags: {
+        int node;
+        int dataStart;
+        unsigned char* target = LayoutValue(m_output, tag, index, sizeof(T),
+                                            sizeof(T) >= 4 ? 4 : static_cast<int>(sizeof(T)), &node, &dataStart);
+        std::memcpy(target, &value, sizeof(T));
+        LinkChild(m_output, m_currentGroup, node);
+        FillSmallHead(m_output, node, dataStart);
         break;
+    }
     case streamModeXml: {
         char text[32];
         int length;
@@ -424,7 +539,7 @@ void TTaggedOutputStream::MoveDown(char const* tag, int index)
         MoveDownPath(tag, index);
         return;
     }
-    int const found = FindNode(tag, index, 0);
+    int const found = FindChildForMoveDown(tag, index);
     if (found == 0) {
         MakeGroup(tag, index);
         return;
@@ -437,6 +552,20 @@ void TTaggedOutputStream::MoveDown(char const* tag, int index)
         return;
     }
     m_currentGroup = found;
+}
+
+int TTaggedOutputStream::FindChildForMoveDown(char const* tag, int index)
+{
+    // The search of FindNode(tag, index, 0), through the index while every
+    // name stays where it was written.
+    if (m_irregularNames)
+        return FindNode(tag, index, 0);
+    char buffer[kMaxIndexedTag + 16];
+    unsigned int length;
+    char const* name = NodeName(tag, std::strlen(tag), index, buffer, &length);
+    if (!m_index)
+        m_index = new TNodeNameIndex;
+    return m_index->Find(m_output.Start(), m_output.GetPosition(), m_currentGroup, name, static_cast<int>(length));
 }
 
 void TTaggedOutputStream::MoveDownPath(char const* path, int index)

@@ -10,6 +10,7 @@
 class QByteArray;
 class QString;
 class QUuid;
+class TNodeNameIndex;
 
 // Writes a tagged document: named groups (MoveDown, MoveUp) holding named,
 // typed values (SetValue, SetBinary), in one of three modes.
@@ -113,14 +114,17 @@ private:
     void Init(char const* fileType);
     void MakeGroup(char const* tag, int index);
     void MoveDownPath(char const* path, int index);
-    // A whole node in one step: head, name, data.
+    // A whole value node in one step.
     void WriteRawValue(char const* tag, int index, void const* data, unsigned int size, int alignment);
+    int FindChildForMoveDown(char const* tag, int index);
     template <class T>
     void SetNumber(T value, char const* tag, int index);
     void SetXmlText(char const* tag, int index, char const* text, int length, bool cdata);
 
     TOutputMemoryStream m_output;
     TVector<TString<char>> m_xmlTags;
+    TNodeNameIndex* m_index;
+    bool m_irregularNames; // a value of 0 bytes exists: searches walk
     int m_xmlLevel;
     unsigned int m_finalSize;
     unsigned int m_headerSize;

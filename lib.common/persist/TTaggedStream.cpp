@@ -46,28 +46,11 @@ int TTaggedStream::SpellIndexedName(char const* tag, int index, char* buffer)
     return static_cast<int>(end - buffer);
 }
 
-unsigned char* TTaggedStream::Base() const
-{
-    return m_stream ? m_stream->Start() : nullptr;
-}
-
 unsigned int TTaggedStream::DocumentSize() const
 {
     if (!m_stream)
         return 0;
     return m_growing ? m_stream->GetPosition() : m_stream->GetAllocatedSize();
-}
-
-int TTaggedStream::ReadInt(int offset) const
-{
-    int value;
-    std::memcpy(&value, Base() + offset, 4);
-    return value;
-}
-
-void TTaggedStream::WriteInt(int offset, int value)
-{
-    std::memcpy(Base() + offset, &value, 4);
 }
 
 int TTaggedStream::Walk(int node, char const* name, int length) const

@@ -2,8 +2,9 @@
 
 #include "core/CommonExport.h"
 #include "persist/StreamEnums.h"
+#include "persist/TMemoryStream.h"
 
-class TMemoryStream;
+#include <cstring>
 
 // The three forms of a tagged document.
 enum EStreamMode : int
@@ -96,12 +97,17 @@ protected:
     // document end the walk.
     int FindNode(char const* tag, int index, int hintMode) const;
 
-    unsigned char* Base() const;
+    unsigned char* Base() const { return m_stream ? m_stream->Start() : nullptr; }
     // The bytes that hold nodes: the block, or while writing the part
     // written so far.
     unsigned int DocumentSize() const;
-    int ReadInt(int offset) const;
-    void WriteInt(int offset, int value);
+    int ReadInt(int offset) const
+    {
+        int value;
+        std::memcpy(&value, Base() + offset, 4);
+        return value;
+    }
+    void WriteInt(int offset, int value) { std::memcpy(Base() + offset, &value, 4); }
 
     int m_root;
     int m_currentGroup;

@@ -1,0 +1,124 @@
+// The tree that MoveDown builds, checked against a plain model of groups
+// and values, through long sibling lists where the writer indexes names.
+
+#include "math/TRandomizer.h"
+#include "persist/TTaggedOutputStream.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace {
+
+struct ModelNode
+{
+    std::string name;
+    bool group = false;
+    bool nameBehind = false; // an empty value: its name offset points behind its name
+    ModelNode* parent = nullptr;
+    std::vector<std::unique_ptr<ModelNode>> children;
+};
+
+int32_t IntAt(unsigned char const* bytes, int offset)
+{
+    int32_t value;
+    std::memcpy(&value, bytes + offset, 4);
+    return value;
+}
+
+// Compares the written group with the model, child by child.
+void Compare(unsigned char const* bytes, int group, ModelNode const& model, std::string const& path)
+{
+    size_t n = 0;
+    for (int node = IntAt(bytes, group + 12); node != 0; node = IntAt(bytes, node), ++n) {
+        ASSERT_LT(n, model.children.size()) << path;
+        ModelNode const& expected = *model.children[n];
+        bool const isGroup = bytes[node + 5] == 0;
+        ASSERT_EQ(isGroup, expected.group) << path << "/" << expected.name;
+        if (isGroup) {
+            ASSERT_EQ(std::string(reinterpret_cast<char const*>(bytes + node + 20)), expected.name) << path;
+            ASSERT_EQ(IntAt(bytes, node + 8), group) << path << "/" << expected.name;
+            Compare(bytes, node, expected, path + "/" + expected.name);
+        } else if (!expected.nameBehind) {
+            ASSERT_EQ(std::string(reinterpret_cast<char const*>(bytes + node + bytes[node + 6])), expected.name) << path;
+        }
+    }
+    ASSERT_EQ(n, model.children.size()) << path;
+}
+
+void RunRandomTree(unsigned seed, bool withEmptyValue)
+{
+    static char const* const groupTags[] = {"a", "b", "grp", "long:g", "zz"};
+    static char const* const valueTags[] = {"v", "w", "val"};
+    TRandomizer random(seed);
+    TTaggedOutputStream stream(streamModeRawTags, "Tree");
+    ModelNode root;
+    root.group = true;
+    ModelNode* current = &root;
+    int depth = 0;
+    if (withEmptyValue) {
+        // A value of 0 bytes: its name offset reads behind its name, so the
+        // writer walks the lists instead of indexing them.
+        stream.SetBinary(nullptr, 0, "e");
+        root.children.push_back(std::make_unique<ModelNode>());
+        root.children.back()->name = "e";
+        root.children.back()->nameBehind = true;
+    }
+    for (int step = 0; step < 4000; ++step) {
+        int const choice = random.Get(100);
+        if (choice < 45 && depth < 2) {
+            char const* tag = groupTags[random.Get(5)];
+            int const index = random.Get(current == &root ? 60 : 4);
+            stream.MoveDown(tag, index);
+            char const* colon = std::strchr(tag, ':');
+            std::string const name = std::string(colon ? colon + 1 : tag) + (index ? std::to_string(index) : "");
+            ModelNode* found = nullptr;
+            if (!colon) // a tag with ":" is searched as given and never found
+                for (auto& child : current->children)
+                    if (child->name == name) {
+                        found = child.get();
+                        break;
+                    }
+            if (!found) {
+                current->children.push_back(std::make_unique<ModelNode>());
+                found = current->children.back().get();
+                found->name = name;
+                found->group = true;
+                found->parent = current;
+            }
+            current = found;
+            ++depth;
+        } else if (choice < 75) {
+            if (current != &root) {
+                stream.MoveUp();
+                current = current->parent;
+                --depth;
+            }
+        } else {
+            char const* tag = valueTags[random.Get(3)];
+            int const index = random.Get(3);
+            stream.SetValue(step, tag, index);
+            current->children.push_back(std::make_unique<ModelNode>());
+            current->children.back()->name = std::string(tag) + (index ? std::to_string(index) : "");
+        }
+    }
+    stream.CloseWriting();
+    ASSERT_GT(root.children.size(), 100u); // long enough to be indexed
+    Compare(stream.Start(), stream.GetRootGroup(), root, "");
+}
+
+} // namespace
+
+TEST(TaggedWriterTree, MoveDownFindsTheFirstChildOfItsName)
+{
+    for (unsigned seed : {1u, 2u, 3u})
+        RunRandomTree(seed, false);
+}
+
+TEST(TaggedWriterTree, AnEmptyValueLeavesTheSameTree)
+{
+    RunRandomTree(4, true);
+}
