@@ -83,7 +83,7 @@ void Sizes(benchmark::internal::Benchmark* b)
 
 } // namespace
 
-BENCHMARK(CopyCommon)->Name("Copy/common")->Apply(Sizes);
-BENCHMARK(CopyLibc)->Name("Copy/memcpy")->Apply(Sizes);
-BENCHMARK(MoveCommon)->Name("Move/common")->Apply(Sizes);
-BENCHMARK(MoveLibc)->Name("Move/memmove")->Apply(Sizes);
+BENCHMARK(CopyCommon)->Name("ByteCopy/common")->Apply(Sizes);
+BENCHMARK(CopyLibc)->Name("ByteCopy/memcpy")->Apply(Sizes);
+BENCHMARK(MoveCommon)->Name("ByteMove/common")->Apply(Sizes);
+BENCHMARK(MoveLibc)->Name("ByteMove/memmove")->Apply(Sizes);
