@@ -46,9 +46,9 @@ protected:
     void TearDown() override { SetWarnUserCallback(nullptr); }
 };
 
-bool BuiltWithAddressSanitizer()
+bool BuiltWithSanitizer()
 {
-#if defined(__SANITIZE_ADDRESS__)
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
     return true;
 #else
     return false;
@@ -187,8 +187,8 @@ TEST(OutOfMemory, ThrowIfNoMemoryThrowsTheOneMessage)
 
 TEST(OutOfMemory, NewThrowsTException)
 {
-    if (BuiltWithAddressSanitizer())
-        GTEST_SKIP() << "the sanitizer's allocator aborts on impossible sizes";
+    if (BuiltWithSanitizer())
+        GTEST_SKIP() << "the sanitizers' allocators abort on impossible sizes";
     volatile size_t impossible = size_t(1) << 62;
     // Through a volatile pointer: the compiler may not drop the allocation.
     char* volatile block = nullptr;
