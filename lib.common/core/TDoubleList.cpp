@@ -224,10 +224,8 @@ int TDoubleList::Sort(int index)
         return index;
     TListElement const* noted = IsValidIndex(index) ? Chain().Nth(index) : nullptr;
     long long const mode = m_compareMode;
-    int const newIndex = Chain().Sort(m_count, noted, [mode](TListElement* a, TListElement* b) {
-        return a->Compare(*b, mode) < 1;
-    });
-    return noted ? newIndex : index;
+    Chain().Sort(m_count, [mode](TListElement* a, TListElement* b) { return a->Compare(*b, mode) < 1; });
+    return noted ? Chain().IndexOf(noted) : index;
 }
 
 void TDoubleList::Shuffle(int seed)
@@ -403,9 +401,7 @@ void TDoubleList::AbsorbAndSort(TDoubleList& other)
         return;
     if (IsSortedFlagSet() && other.IsSortedFlagSet()) {
         long long const mode = m_compareMode;
-        auto keepLeft = [mode](TListElement* a, TListElement* b) { return a->Compare(*b, mode) < 1; };
-        TListElement* head = TLinkChain<TListElement>::Merge(m_first, other.m_first, keepLeft);
-        Chain().Relink(head, nullptr);
+        Chain().MergeFrom(other.m_first, other.m_last, [mode](TListElement* a, TListElement* b) { return a->Compare(*b, mode) < 1; });
         m_count += other.m_count;
         other.DetachAll();
         return;

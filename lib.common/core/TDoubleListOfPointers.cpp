@@ -286,7 +286,7 @@ void TDoubleListOfPointers::Sort()
     SetSortedFlag(true);
     if (m_count < 2)
         return;
-    Chain().Sort(m_count, nullptr, [this](TListNode* a, TListNode* b) { return ComparePointers(a->data, b->data) < 1; });
+    Chain().Sort(m_count, [this](TListNode* a, TListNode* b) { return ComparePointers(a->data, b->data) < 1; });
 }
 
 void TDoubleListOfPointers::Shuffle(int seed)
@@ -457,9 +457,7 @@ void TDoubleListOfPointers::AbsorbAndSort(TDoubleListOfPointers& other)
     if (&other == this)
         return;
     if (IsSortedFlagSet() && other.IsSortedFlagSet()) {
-        auto keepLeft = [this](TListNode* a, TListNode* b) { return ComparePointers(a->data, b->data) < 1; };
-        TListNode* head = TLinkChain<TListNode>::Merge(m_first, other.m_first, keepLeft);
-        Chain().Relink(head, nullptr);
+        Chain().MergeFrom(other.m_first, other.m_last, [this](TListNode* a, TListNode* b) { return ComparePointers(a->data, b->data) < 1; });
         m_count += other.m_count;
         other.m_first = nullptr;
         other.m_last = nullptr;

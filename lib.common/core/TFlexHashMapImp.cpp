@@ -17,19 +17,6 @@ int const s_tableSizes[] = {
     67108859, 134217689, 268435399, 536870909, 1073741789,
 };
 
-// Lemire's fast remainder: exact for every 32-bit value and divisor.
-inline unsigned FastRemainder(unsigned value, uint64_t reciprocal, unsigned divisor)
-{
-    uint64_t const low = reciprocal * value;
-#if defined(__SIZEOF_INT128__)
-    return static_cast<unsigned>((static_cast<unsigned __int128>(low) * divisor) >> 64);
-#else
-    uint64_t const high = (low >> 32) * divisor;
-    uint64_t const rest = ((low & 0xFFFFFFFFu) * divisor) >> 32;
-    return static_cast<unsigned>((high + rest) >> 32);
-#endif
-}
-
 THashableElement* AsHashable(TListElement* e)
 {
     return static_cast<THashableElement*>(e);
@@ -79,11 +66,6 @@ TFlexHashMapImp& TFlexHashMapImp::operator=(TFlexHashMapImp const& other)
 TFlexHashMapImp::~TFlexHashMapImp()
 {
     FreeTable();
-}
-
-unsigned TFlexHashMapImp::BucketOf(unsigned hash) const
-{
-    return FastRemainder(hash, m_slotReciprocal, static_cast<unsigned>(m_numSlots));
 }
 
 void TFlexHashMapImp::SetTable(THashableElement** buckets, int numSlots)
@@ -197,17 +179,6 @@ void TFlexHashMapImp::Clear()
         DeleteAll();
     else
         DetachAll();
-}
-
-THashableElement* TFlexHashMapImp::FindEqual(THashableElement const& key) const
-{
-    if (!m_buckets)
-        return nullptr;
-    int const bucket = static_cast<int>(BucketOf(key.GetHashedValue()));
-    for (THashableElement* x = m_buckets[bucket]; x && x->slot == bucket; x = AsHashable(x->next))
-        if (x->IsEqual(key, m_compareMode))
-            return x;
-    return nullptr;
 }
 
 THashableElement* TFlexHashMapImp::FindEqualOrCreate(THashableElement const& key)

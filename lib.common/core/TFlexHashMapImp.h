@@ -41,8 +41,18 @@ public:
     // Returns the number deleted.
     int DeleteAllEqual(THashableElement const& key);
 
-    // The oldest equal element of the key's bucket.
-    THashableElement* FindEqual(THashableElement const& key) const;
+    // The oldest equal element of the key's bucket. Inline: finds are the
+    // map's hot path.
+    THashableElement* FindEqual(THashableElement const& key) const
+    {
+        if (!m_buckets)
+            return nullptr;
+        int const bucket = static_cast<int>(BucketOf(key.GetHashedValue()));
+        for (THashableElement* x = m_buckets[bucket]; x && x->slot == bucket; x = static_cast<THashableElement*>(x->next))
+            if (x->IsEqual(key, m_compareMode))
+                return x;
+        return nullptr;
+    }
     THashableElement* FindEqualOrCreate(THashableElement const& key);
     int FindNumEqual(THashableElement const& key) const;
     // Calls fn on each equal element, which it may detach or delete; returns
@@ -94,7 +104,19 @@ private:
     using TDoubleList::SwapWith;
     using TDoubleList::operator+=;
 
-    unsigned BucketOf(unsigned hash) const;
+    // Lemire's fast remainder by the reciprocal: exact for every 32-bit value
+    // and divisor, two multiplications instead of a division.
+    unsigned BucketOf(unsigned hash) const
+    {
+        uint64_t const low = m_slotReciprocal * hash;
+#if defined(__SIZEOF_INT128__)
+        return static_cast<unsigned>((static_cast<unsigned __int128>(low) * static_cast<unsigned>(m_numSlots)) >> 64);
+#else
+        uint64_t const high = (low >> 32) * static_cast<unsigned>(m_numSlots);
+        uint64_t const rest = ((low & 0xFFFFFFFFu) * static_cast<unsigned>(m_numSlots)) >> 32;
+        return static_cast<unsigned>((high + rest) >> 32);
+#endif
+    }
     void SetTable(THashableElement** buckets, int numSlots);
     void FreeTable();
     void RebuildTable(int numSlots);
@@ -102,7 +124,6 @@ private:
     THashableElement** m_buckets;
     int m_numSlots;
     bool m_autoSize;
-    // Reciprocal of m_numSlots, so that the bucket costs two multiplications
-    // instead of a division.
+    // UINT64_MAX / m_numSlots + 1, for BucketOf.
     uint64_t m_slotReciprocal;
 };

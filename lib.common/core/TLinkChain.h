@@ -155,70 +155,79 @@ struct TLinkChain
         last = oldFirst;
     }
 
-    // Stable merge of two null-terminated chains linked by `next` only; at
-    // equal keys `a` goes first. keepLeft(x, y) is true when x may stay in
-    // front of y.
-    template <class KeepLeft>
-    static Node* Merge(Node* a, Node* b, KeepLeft& keepLeft)
+    // A run of nodes linked both ways, null at both ends.
+    struct TRun
     {
+        Node* head;
+        Node* tail;
+    };
+
+    // Stable merge of two runs; at equal keys `a` goes first. keepLeft(x, y)
+    // is true when x may stay in front of y. The prev links are set on the
+    // way, while the nodes are in the cache anyway.
+    template <class KeepLeft>
+    static TRun Merge(TRun a, TRun b, KeepLeft& keepLeft)
+    {
+        Node* x = a.head;
+        Node* y = b.head;
         Node* head = nullptr;
-        Node** tail = &head;
-        while (a && b) {
-            if (keepLeft(a, b)) {
-                *tail = a;
-                tail = &a->next;
-                a = a->next;
+        Node* prev = nullptr;
+        Node** link = &head;
+        while (x && y) {
+            Node* taken;
+            if (keepLeft(x, y)) {
+                taken = x;
+                x = x->next;
             } else {
-                *tail = b;
-                tail = &b->next;
-                b = b->next;
+                taken = y;
+                y = y->next;
             }
+            *link = taken;
+            taken->prev = prev;
+            prev = taken;
+            link = &taken->next;
         }
-        *tail = a ? a : b;
-        return head;
+        Node* rest = x ? x : y;
+        *link = rest;
+        if (rest)
+            rest->prev = prev;
+        return {head, x ? a.tail : (y ? b.tail : prev)};
     }
 
     // Sorts the n nodes from cursor on and advances cursor past them. The
     // first half has n / 2 nodes, as a split at the middle gives.
     template <class KeepLeft>
-    static Node* SortRun(Node*& cursor, int n, KeepLeft& keepLeft)
+    static TRun SortRun(Node*& cursor, int n, KeepLeft& keepLeft)
     {
         if (n == 1) {
             Node* e = cursor;
             cursor = e->next;
             e->next = nullptr;
-            return e;
+            e->prev = nullptr;
+            return {e, e};
         }
         int const half = n / 2;
-        Node* left = SortRun(cursor, half, keepLeft);
-        Node* right = SortRun(cursor, n - half, keepLeft);
+        TRun left = SortRun(cursor, half, keepLeft);
+        TRun right = SortRun(cursor, n - half, keepLeft);
         return Merge(left, right, keepLeft);
-    }
-
-    // Rebuilds prev and last after a sort through `next`; returns the index
-    // of `noted`, or -1.
-    int Relink(Node* head, Node const* noted)
-    {
-        first = head;
-        Node* prev = nullptr;
-        int index = 0;
-        int notedIndex = -1;
-        for (Node* x = head; x; x = x->next, ++index) {
-            x->prev = prev;
-            if (x == noted)
-                notedIndex = index;
-            prev = x;
-        }
-        last = prev;
-        return notedIndex;
     }
 
     // Stable merge sort of the whole chain of count nodes.
     template <class KeepLeft>
-    int Sort(int count, Node const* noted, KeepLeft keepLeft)
+    void Sort(int count, KeepLeft keepLeft)
     {
         Node* cursor = first;
-        Node* head = SortRun(cursor, count, keepLeft);
-        return Relink(head, noted);
+        TRun sorted = SortRun(cursor, count, keepLeft);
+        first = sorted.head;
+        last = sorted.tail;
+    }
+
+    // Merges the sorted chain [otherFirst, otherLast] into this sorted chain.
+    template <class KeepLeft>
+    void MergeFrom(Node* otherFirst, Node* otherLast, KeepLeft keepLeft)
+    {
+        TRun merged = Merge(TRun{first, last}, TRun{otherFirst, otherLast}, keepLeft);
+        first = merged.head;
+        last = merged.tail;
     }
 };

@@ -34,6 +34,8 @@ public:
 
     T* Add(T* e) { return Cast(TDoubleListOfPointers::Append(e)); }
     T* Append(T* e) { return Cast(TDoubleListOfPointers::Append(e)); }
+    void Add(TListOfPointers const& other, void* context = nullptr) { TDoubleListOfPointers::Append(other, context); }
+    void Append(TListOfPointers const& other, void* context = nullptr) { TDoubleListOfPointers::Append(other, context); }
     T* Prepend(T* e) { return Cast(TDoubleListOfPointers::Prepend(e)); }
     T* Push(T* e) { return Cast(TDoubleListOfPointers::Prepend(e)); }
     T* AddUnique(T* e, bool* existed = nullptr) { return Cast(TDoubleListOfPointers::AddUnique(e, existed)); }

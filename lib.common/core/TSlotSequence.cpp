@@ -5,12 +5,16 @@
 #include "math/TRandomizer.h"
 
 #include <algorithm>
+#include <climits>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <utility>
 
 namespace {
+
+// Blocks from this size on grow geometrically behind their reported capacity.
+constexpr int64_t kReserveThreshold = 64 * 1024;
 
 // A step below 1 would divide by zero; it means no rounding.
 int RoundUp(int value, int step)
@@ -92,8 +96,18 @@ void TSlotSequence::ResizeSlotBuffer(int numSlots, bool round)
         return;
     if (target <= 0)
         return;
-    m_slots = static_cast<unsigned char*>(realloc_ex(m_slots, target * m_slotSize));
-    m_allocatedSlots = target;
+    if (target > m_allocatedSlots) {
+        // The reported capacity grows by the linear rule. A large block grown
+        // a step at a time gets half its size again behind the scenes, so
+        // that appending stays amortised constant instead of quadratic.
+        int64_t allocate = target;
+        int64_t const blockBytes = static_cast<int64_t>(m_allocatedSlots) * m_slotSize;
+        if (round && blockBytes >= kReserveThreshold)
+            allocate = std::max<int64_t>(allocate, m_allocatedSlots + m_allocatedSlots / 2);
+        allocate = std::min<int64_t>(allocate, std::max<int64_t>(target, INT_MAX / m_slotSize));
+        m_slots = static_cast<unsigned char*>(realloc_ex(m_slots, static_cast<int>(allocate * m_slotSize)));
+        m_allocatedSlots = static_cast<int>(allocate);
+    }
     m_numSlots = std::max(m_numSlots, target);
 }
 
@@ -194,8 +208,8 @@ void TSlotSequence::Assign(TSlotSequence const& other, bool copyContent)
     m_heap = other.m_heap;
     if (!copyContent || !other.m_slots || other.m_numSlots <= 0)
         return;
-    // The reported capacity may exceed the block after OptimizeSize; only
-    // the block's bytes exist to be copied.
+    // The block may be smaller than the reported capacity (after
+    // OptimizeSize) or larger (a reserve): copy what both have.
     int const bytes = other.m_numSlots * m_slotSize;
     try {
         m_slots = static_cast<unsigned char*>(malloc_ex(bytes));
@@ -206,7 +220,7 @@ void TSlotSequence::Assign(TSlotSequence const& other, bool copyContent)
     }
     m_numSlots = other.m_numSlots;
     m_allocatedSlots = other.m_numSlots;
-    FastCopyEx(other.m_slots, m_slots, static_cast<size_t>(other.m_allocatedSlots) * m_slotSize);
+    FastCopyEx(other.m_slots, m_slots, static_cast<size_t>(std::min(other.m_allocatedSlots, other.m_numSlots)) * m_slotSize);
 }
 
 void TSlotSequence::Absorb(TSlotSequence& other, int position)

@@ -9,9 +9,8 @@ class THeap;
 }
 
 // A growable array of fixed-size slots of raw bytes, moved by memcpy. The
-// count of TCollection is the number of busy slots. Growth is linear: the
-// block grows by whole multiples of the expansion size, so an owner that
-// adds many slots raises the step or reserves first.
+// count of TCollection is the number of busy slots. The capacity grows
+// linearly, by whole multiples of the expansion size.
 class COMMON_EXPORT TSlotSequence : public TCollection
 {
 public:
@@ -63,7 +62,7 @@ public:
     // A new busy slot at the end, its bytes undefined.
     void* AppendSlot()
     {
-        if (m_count >= m_allocatedSlots)
+        if (m_count >= m_numSlots || m_count >= m_allocatedSlots)
             GrowForOneMore();
         return m_slots + static_cast<std::ptrdiff_t>(m_count++) * m_slotSize;
     }
@@ -109,8 +108,8 @@ protected:
     int m_initialSlots;
     int m_slotSize;
     SlabHeap::THeap* m_heap;
-    // The real size of the block. It differs from m_numSlots only after
-    // OptimizeSize, where the reported capacity is kept but must not be
-    // written to.
+    // The real size of the block. Below m_numSlots after OptimizeSize, which
+    // keeps reporting the old capacity; above it when a large block keeps a
+    // reserve.
     int m_allocatedSlots;
 };

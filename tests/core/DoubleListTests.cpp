@@ -128,6 +128,8 @@ TEST(DoubleList, SortedInsertionAndMergeSortAreStable)
     unsorted.Sort();
     EXPECT_EQ(Keys(unsorted), (std::vector<int>{2, 2, 2, 1, 1}));
     EXPECT_EQ(Tags(unsorted), (std::vector<int>{0, 2, 4, 1, 3}));
+    EXPECT_TRUE(unsorted.IsSorted());
+    unsorted.SetCompareMode(0);
     EXPECT_TRUE(unsorted.IsSortedBackwards());
 }
 

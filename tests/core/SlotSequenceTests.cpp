@@ -64,6 +64,23 @@ TEST(SlotSequence, GrowthIsLinearInStepsOfTheExpansionSize)
     EXPECT_EQ(sequence.GetRangeSize(3), 12);
 }
 
+TEST(SlotSequence, LargeSequencesStillReportTheLinearCapacity)
+{
+    TSlotSequence sequence(8, 20, 20);
+    for (int64_t i = 0; i < 100000; ++i) {
+        *static_cast<int64_t*>(sequence.AppendSlot()) = i;
+        if (i % 997 == 0) {
+            ASSERT_EQ(sequence.GetNumSlots(), (i / 20 + 1) * 20) << i;
+        }
+    }
+    EXPECT_EQ(sequence.GetNumSlots(), 100000);
+    for (int i = 0; i < 100000; i += 4999)
+        EXPECT_EQ(*static_cast<int64_t const*>(sequence.ConstSlotPtr(i)), i);
+    TSlotSequence copy(sequence);
+    EXPECT_EQ(copy.GetNumSlots(), 100000);
+    EXPECT_EQ(*static_cast<int64_t const*>(copy.ConstSlotPtr(99999)), 99999);
+}
+
 TEST(SlotSequence, InsertingAnotherSequenceReservesExactly)
 {
     TSlotSequence a(4, 20, 20), b(4, 20, 20);

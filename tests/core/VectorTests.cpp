@@ -113,7 +113,9 @@ TEST(Vector, AddUniqueAlwaysInsertsByOrder)
     ItemVector sorted(20, 20, autoDeleteOn);
     Fill(sorted, {1, 3, 5});
     sorted.MarkAsSorted(true);
-    EXPECT_EQ(sorted.AddUnique(new Item(4)), sorted[2]);
+    auto* four = new Item(4);
+    EXPECT_EQ(sorted.AddUnique(four), four);
+    EXPECT_EQ(sorted[2], four);
     EXPECT_EQ(sorted.AddUnique(new Item(3), &existed)->tag, 1);
     EXPECT_TRUE(existed);
     EXPECT_EQ(VectorKeys(sorted), (std::vector<int>{1, 3, 4, 5}));
@@ -194,7 +196,10 @@ TEST(Vector, QuicksortOrdersAndLeavesEqualKeysInItsOwnOrder)
 
     many.SetCompareMode(1);
     many.Sort();
+    EXPECT_TRUE(many.IsSorted());
+    many.SetCompareMode(0);
     EXPECT_TRUE(many.IsSortedBackwards());
+    EXPECT_FALSE(many.IsSorted());
 }
 
 TEST(Vector, MoveAtEnsureNumElementsAndInsertOfClones)
