@@ -1,6 +1,6 @@
 #pragma once
 
-// Library-internal: byte order reversal for the streams.
+// Byte order reversal of single values, for the streams.
 
 #include <cstdint>
 #include <cstring>
@@ -30,21 +30,4 @@ inline void SwapInPlace(T& value)
         bits = SwapBytes(bits);
         std::memcpy(&value, &bits, 8);
     }
-}
-
-// Arrays of count elements of 2, 4 or 8 bytes, in place. Long arrays go
-// 64 bytes at a time with byte shuffles where the processor has them.
-void SwapArray16(void* data, unsigned int count);
-void SwapArray32(void* data, unsigned int count);
-void SwapArray64(void* data, unsigned int count);
-
-template <class T>
-inline void SwapArray(T* data, unsigned int count)
-{
-    if constexpr (sizeof(T) == 2)
-        SwapArray16(data, count);
-    else if constexpr (sizeof(T) == 4)
-        SwapArray32(data, count);
-    else
-        SwapArray64(data, count);
 }

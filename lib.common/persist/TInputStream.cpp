@@ -1,6 +1,7 @@
 #include "persist/TInputStream.h"
 
 #include "persist/ByteSwap.h"
+#include "persist/SwapArrays.h"
 #include "text/TString.h"
 
 #include <cstdint>

@@ -1,3 +1,5 @@
+#include "persist/SwapArrays.h"
+
 #include "persist/ByteSwap.h"
 
 #include "platform/PlatformCpu.h"
