@@ -1,6 +1,7 @@
 #include "text/NumberText.h"
 
 #include "math/RoundToSignificantDigits.h"
+#include "text/NumberTextDigits.h"
 #include "text/TString.h"
 
 #include <QString>
@@ -9,18 +10,20 @@
 #include <cstdint>
 #include <cstdio>
 
+char const g_decimalDigitPairs[201] = "00010203040506070809"
+                                      "10111213141516171819"
+                                      "20212223242526272829"
+                                      "30313233343536373839"
+                                      "40414243444546474849"
+                                      "50515253545556575859"
+                                      "60616263646566676869"
+                                      "70717273747576777879"
+                                      "80818283848586878889"
+                                      "90919293949596979899";
+
 namespace {
 
-char const s_digitPairs[201] = "00010203040506070809"
-                               "10111213141516171819"
-                               "20212223242526272829"
-                               "30313233343536373839"
-                               "40414243444546474849"
-                               "50515253545556575859"
-                               "60616263646566676869"
-                               "70717273747576777879"
-                               "80818283848586878889"
-                               "90919293949596979899";
+char const* const s_digitPairs = g_decimalDigitPairs;
 
 uint64_t const s_powersOfTen[20] = {1ull,
                                     10ull,
@@ -60,10 +63,11 @@ T* WriteAscii(T* out, char const* text)
 }
 
 // Writes the digits of value, zero-padded to width, and returns the end.
-template <class T>
-T* WriteDigits(T* out, uint64_t value, int width)
+// Values that fit 32 bits run the loop on 32-bit arithmetic, which is
+// cheaper to divide by 100.
+template <class T, class U>
+inline T* WriteDigitsOf(T* out, U value, int count, int width)
 {
-    int count = DigitCount(value);
     int length = count < width ? width : count;
     T* end = out + length;
     T* p = end;
@@ -83,6 +87,15 @@ T* WriteDigits(T* out, uint64_t value, int width)
     while (p > out)
         *--p = static_cast<T>('0');
     return end;
+}
+
+template <class T>
+inline T* WriteDigits(T* out, uint64_t value, int width)
+{
+    int count = DigitCount(value);
+    if (value <= 0xFFFFFFFFu)
+        return WriteDigitsOf(out, static_cast<uint32_t>(value), count, width);
+    return WriteDigitsOf(out, value, count, width);
 }
 
 // "1 234 567": a space after every third digit from the right.
@@ -135,7 +148,7 @@ int WriteRoman(long long value, T* buffer, bool capitals)
 }
 
 template <class T>
-int WriteInteger(long long value, T* buffer, int width, int options)
+inline int WriteInteger(long long value, T* buffer, int width, int options)
 {
     if (options & eNumRoman)
         return WriteRoman(value, buffer, (options & eNumRomanCapitals) != 0);

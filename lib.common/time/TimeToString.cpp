@@ -2,6 +2,7 @@
 
 #include "diag/LogCategories.h"
 #include "text/NumberText.h"
+#include "text/NumberTextDigits.h"
 #include "text/TString.h"
 
 #include <QString>
@@ -25,14 +26,82 @@ long long ToField(double value)
     return static_cast<long long>(value);
 }
 
-long long FloorField(double value)
+// floor and round (halves away from zero) by one truncation: no libm call
+// on the hot path, the same results.
+inline long long FloorField(double value)
 {
-    return ToField(std::floor(value));
+    if (!(value > -9.2e18 && value < 9.2e18))
+        return ToField(value);
+    long long whole = static_cast<long long>(value);
+    return whole - (static_cast<double>(whole) > value);
 }
 
-long long RoundField(double value)
+inline long long RoundField(double value)
 {
-    return ToField(std::round(value));
+    if (!(value > -9.2e18 && value < 9.2e18))
+        return ToField(value);
+    long long whole = static_cast<long long>(value);
+    double rest = value - static_cast<double>(whole); // exact: |value| < 2^63
+    return whole + (rest >= 0.5) - (rest <= -0.5);
+}
+
+// Whole seconds of x in one division, when that can't differ from
+// taking hours, minutes and seconds off one division at a time. Below 2^48
+// every step of that chain is exact, so the two could part only where x / r
+// lies within rounding distance of a whole or half second; such an x takes
+// the long road. A whole x is at least 1 / r away from those points unless
+// it is exactly on them, which a multiplication back checks.
+inline bool SplitSeconds(double x, double r, long long* seconds, double* fraction)
+{
+    if (!(x < 281474976710656.0)) // 2^48
+        return false;
+    double q = x / r;
+    long long whole = static_cast<long long>(q);
+    double rest = q - static_cast<double>(whole);
+    if (x == static_cast<double>(static_cast<long long>(x))) {
+        long long nearest = whole + (rest >= 0.5);
+        if (static_cast<double>(nearest) * r == x) {
+            *seconds = nearest;
+            *fraction = 0;
+            return true;
+        }
+    }
+    double margin = q * 8.881784197001252e-16; // 2^-50
+    if (rest <= margin || rest >= 1 - margin || std::fabs(rest - 0.5) <= margin)
+        return false;
+    *seconds = whole;
+    *fraction = rest;
+    return true;
+}
+
+// floor(a / b), or a / b rounded, as the division gives it, through a
+// product with an approximate reciprocal (within four units in the last
+// place of 1 / b) wherever that product lies clear of the point where the
+// two could round apart. Elsewhere, and for negative or huge values, the
+// division itself decides.
+inline long long FloorQuotient(double a, double b, double reciprocal)
+{
+    double y = a * reciprocal;
+    if (y >= 0 && y < 281474976710656.0) {
+        long long whole = static_cast<long long>(y);
+        double rest = y - static_cast<double>(whole);
+        double margin = y * 1.7763568394002505e-15; // 2^-49
+        if (a == 0 || (rest > margin && rest < 1 - margin))
+            return whole;
+    }
+    return FloorField(a / b);
+}
+
+inline long long RoundQuotient(double a, double b, double reciprocal)
+{
+    double y = a * reciprocal;
+    if (y >= 0 && y < 281474976710656.0) {
+        long long whole = static_cast<long long>(y);
+        double rest = y - static_cast<double>(whole);
+        if (std::fabs(rest - 0.5) > y * 1.7763568394002505e-15)
+            return whole + (rest > 0.5);
+    }
+    return RoundField(a / b);
 }
 
 template <class T>
@@ -48,7 +117,24 @@ public:
             *m_p++ = static_cast<T>(*text++);
     }
     void PutMicro();
-    void PutNumber(long long value, int width, int options) { m_p += Int64ToString(value, m_p, width, options); }
+    void PutNumber(long long value, int width, int options)
+    {
+        // Most fields have up to three digits, padded or not; they skip the
+        // general path.
+        if (static_cast<unsigned long long>(value) < 1000 && width <= 3 && !(options & eTimeLeadingSpaces)) {
+            unsigned v = static_cast<unsigned>(value);
+            if (v >= 100 || width == 3) {
+                *m_p++ = static_cast<T>('0' + v / 100);
+                m_p = PutTwoDigits(m_p, v % 100);
+            } else if (v >= 10 || width == 2) {
+                m_p = PutTwoDigits(m_p, v);
+            } else {
+                *m_p++ = static_cast<T>('0' + v);
+            }
+            return;
+        }
+        m_p += Int64ToString(value, m_p, width, options);
+    }
     void PutSign(double position, int options)
     {
         if (position < 0)
@@ -115,27 +201,42 @@ struct TClockFields
 TClockFields SplitClock(double x, double r, int format, bool fixed)
 {
     TClockFields f;
-    if (format & eClockHours) {
-        double unit = r * 3600;
-        f.hours = FloorField(x / unit);
-        x -= f.hours * unit;
-        f.showHours = f.hours != 0 || fixed;
-    }
-    // Always taken away: without the minutes bit they are lost to the text,
-    // not carried into the seconds.
-    double minute = r * 60;
-    f.minutes = FloorField(x / minute);
-    x -= f.minutes * minute;
-    f.showMinutes = (format & eClockMinutes) && (f.minutes != 0 || fixed);
-
+    double perSample = 1 / r;
     bool finer = format & (eClockSampleUnit | eClockMilliseconds | eClockMicroseconds);
-    f.seconds = finer ? FloorField(x / r) : RoundField(x / r);
-    x -= f.seconds * r;
+    long long total = 0;
+    double fraction = 0;
+    if (SplitSeconds(x, r, &total, &fraction)) {
+        if (format & eClockHours) {
+            f.hours = total / 3600;
+            total -= f.hours * 3600;
+        }
+        f.minutes = total / 60;
+        f.seconds = total - f.minutes * 60 + (!finer && fraction >= 0.5);
+        // One exact subtraction, as the chain of exact ones would give.
+        x -= static_cast<double>((f.hours * 60 + f.minutes) * 60 + f.seconds) * r;
+    } else {
+        if (format & eClockHours) {
+            double unit = r * 3600;
+            f.hours = FloorField(x / unit);
+            x -= f.hours * unit;
+        }
+        // Always taken away: without the minutes bit they are lost to the
+        // text, not carried into the seconds.
+        double minute = r * 60;
+        f.minutes = FloorField(x / minute);
+        x -= f.minutes * minute;
+        f.seconds = finer ? FloorField(x / r) : RoundField(x / r);
+        x -= f.seconds * r;
+    }
+    f.showHours = (format & eClockHours) && (f.hours != 0 || fixed);
+    f.showMinutes = (format & eClockMinutes) && (f.minutes != 0 || fixed);
     f.showSeconds = (format & eClockSeconds) && (f.seconds != 0 || fixed);
 
     if (format & eClockMilliseconds) {
         double unit = r * 0.001;
-        f.milliseconds = (format & (eClockSampleUnit | eClockMicroseconds)) ? FloorField(x / unit) : RoundField(x / unit);
+        double perUnit = 1000 * perSample;
+        f.milliseconds = (format & (eClockSampleUnit | eClockMicroseconds)) ? FloorQuotient(x, unit, perUnit)
+                                                                           : RoundQuotient(x, unit, perUnit);
         x -= f.milliseconds * unit;
         if (x < 0)
             x = 0;
@@ -148,7 +249,8 @@ TClockFields SplitClock(double x, double r, int format, bool fixed)
     }
     if (format & eClockMicroseconds) {
         double unit = r * 0.000001;
-        f.microseconds = (format & eClockSampleUnit) ? FloorField(x / unit) : RoundField(x / unit);
+        double perUnit = 1000000 * perSample;
+        f.microseconds = (format & eClockSampleUnit) ? FloorQuotient(x, unit, perUnit) : RoundQuotient(x, unit, perUnit);
         x -= f.microseconds * unit;
         if (x < 0)
             x = 0;
@@ -309,17 +411,28 @@ void WriteTimeCode(TTextCursor<T>& out, double x, double r, int format, TTimeMet
         f = 30;
     }
 
-    long long hours = 0, frames = 0, sub = 0;
-    if (!(format & eCodeNoHours)) {
-        hours = FloorField(x / (r * 3600));
-        x -= hours * (r * 3600);
+    long long hours = 0, minutes = 0, seconds = 0, frames = 0, sub = 0;
+    long long total = 0;
+    double fraction = 0;
+    double perSample = 1 / r;
+    if (SplitSeconds(x, r, &total, &fraction)) {
+        if (!(format & eCodeNoHours))
+            hours = total / 3600;
+        minutes = total / 60 - hours * 60;
+        seconds = total % 60;
+        x -= static_cast<double>(total) * r;
+    } else {
+        if (!(format & eCodeNoHours)) {
+            hours = FloorField(x / (r * 3600));
+            x -= hours * (r * 3600);
+        }
+        minutes = FloorField(x / (r * 60));
+        x -= minutes * (r * 60);
+        seconds = FloorField(x / r);
+        x -= seconds * r;
     }
-    long long minutes = FloorField(x / (r * 60));
-    x -= minutes * (r * 60);
-    long long seconds = FloorField(x / r);
-    x -= seconds * r;
     if (!(format & eCodeNoFrames)) {
-        frames = FloorField(x / (r / f));
+        frames = FloorQuotient(x, r / f, f * perSample);
         x -= frames * (r / f);
     }
     if (x < 0)
@@ -327,7 +440,7 @@ void WriteTimeCode(TTextCursor<T>& out, double x, double r, int format, TTimeMet
     bool withSub = format & (eCodeQuarterFrames | eCodeHundredths);
     long long units = (format & eCodeHundredths) ? 100 : 4;
     if (withSub) {
-        sub = RoundField(units * f * x / r);
+        sub = RoundQuotient(units * f * x, r, perSample);
         if (sub == units)
             sub = units - 1;
     }

@@ -9,7 +9,9 @@
 
 #include <climits>
 #include <cmath>
+#include <cstdio>
 #include <cstring>
+#include <random>
 #include <string>
 
 namespace {
@@ -166,6 +168,67 @@ TEST(TimeToStringTimeCode, DropFrameMinutes)
     TTimeMetrics plain(48000);
     EXPECT_EQ(Time(48000, tc, plain), "00:00:01.00") << "29.97 frames on the count of 30";
     EXPECT_EQ(Time(frame(1800), tc, plain), "00:01:00.00");
+}
+
+// Field by field, one division at a time, as the fast whole-second split
+// must agree with. Clock texts in fixed layout, with or without milliseconds.
+std::string ReferenceText(double position, int family, bool milliseconds)
+{
+    double r = 44100;
+    double x = std::fabs(position);
+    if (family == eTimeCode)
+        x += r / (2 * 25.0) * 0.9999;
+    double hours = std::floor(x / (r * 3600));
+    x -= hours * r * 3600;
+    double minutes = std::floor(x / (r * 60));
+    x -= minutes * r * 60;
+    bool floored = family == eTimeCode || milliseconds;
+    double seconds = floored ? std::floor(x / r) : std::round(x / r);
+    x -= seconds * r;
+    char const* sign = position < 0 ? "-" : "";
+    char text[80];
+    if (family == eTimeCode) {
+        std::snprintf(text, sizeof text, "%s%02.0f:%02.0f:%02.0f.%02.0f", sign, hours, minutes, seconds,
+                      std::floor(x / (r / 25)));
+    } else if (milliseconds) {
+        double ms = std::round(x / (r * 0.001));
+        if (ms == 1000) {
+            ms = 0;
+            seconds += 1;
+        }
+        std::snprintf(text, sizeof text, "%s%02.0f h %02.0f mn %02.0f s %03.0f ms", sign, hours, minutes, seconds, ms);
+    } else {
+        std::snprintf(text, sizeof text, "%s%02.0f h %02.0f mn %02.0f s", sign, hours, minutes, seconds);
+    }
+    return text;
+}
+
+TEST(TimeToString, AgreesWithTheFieldByFieldComputation)
+{
+    std::mt19937_64 random(3);
+    std::uniform_real_distribution<double> spread(0, 1e11);
+    TTimeMetrics metrics;
+    for (int i = 0; i < 100000; ++i) {
+        double position = spread(random);
+        switch (i % 5) {
+        case 0: position = std::floor(position); break;
+        case 1: position = std::floor(position / 44100) * 44100; break;  // on a second
+        case 2: position = std::floor(position / 22050) * 22050; break;  // on a half second
+        case 3: position = std::nextafter(std::floor(position / 44100) * 44100, 0.0); break;
+        default: break;
+        }
+        if (i % 7 == 0)
+            position = -position;
+        char text[64];
+        TimeToString(position, text, kHMS, metrics, eTimeFixedLayout);
+        ASSERT_EQ(text, ReferenceText(position, eTimeClock, false)) << position;
+        TimeToString(position, text, kTc25, metrics, 0);
+        ASSERT_EQ(text, ReferenceText(position, eTimeCode, false)) << position;
+        if (i % 5 != 4) {
+            TimeToString(position, text, kHMS | eClockMilliseconds, metrics, eTimeFixedLayout);
+            ASSERT_EQ(text, ReferenceText(position, eTimeClock, true)) << position;
+        }
+    }
 }
 
 TEST(GetExtraFrames2997, SkippedFrameNumbers)
