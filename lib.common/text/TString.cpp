@@ -550,7 +550,6 @@ TString<T>& TString<T>::Append(T const* text)
     TStringRef* ref = GetStringRef();
     if (ref->m_references.load(std::memory_order_acquire) == 1 && !IsInside(text)) {
         // Words are short: copying while measuring beats strlen and memcpy.
-        // A longer text leaves its first characters in the spare room only.
         unsigned const length = ref->m_length;
         unsigned const room = ref->m_capacity / sizeof(T) - 1 - length;
         unsigned const limit = room < 16 ? room : 16;
@@ -563,6 +562,7 @@ TString<T>& TString<T>::Append(T const* text)
             ref->m_length = length + n;
             return *this;
         }
+        end[0] = 0; // the longer text goes the general way
     }
     return Append(text, static_cast<unsigned>(TextLength(text)));
 }

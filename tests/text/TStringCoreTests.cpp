@@ -295,6 +295,20 @@ TEST(TStringCore, InsertPositionsAndCounts)
     EXPECT_STREQ(p.c_str(), "_ab");
 }
 
+TEST(TStringCore, AppendOfATextLongerThanTheRoomLeft)
+{
+    AString s("take."); // capacity 8: two characters of room
+    s.Append("aif");
+    EXPECT_EQ(s, "take.aif");
+    AString t("ab");
+    t.Append(std::string(40, 'x').c_str()); // longer than the word path copies
+    EXPECT_EQ(t.GetLength(), 42);
+    EXPECT_EQ(t.GetLastChar(), 'x');
+    WString w(u"ab");
+    w.Append(u"cdefgh");
+    EXPECT_EQ(w, WString(u"abcdefgh"));
+}
+
 TEST(TStringCore, ComparisonOperators)
 {
     EXPECT_TRUE(AString("abc") == "abc");
