@@ -58,7 +58,8 @@ void AddGroup(TPlan& plan, TRandomizer& random, int& values, int depth, int inde
     for (int n = 0; n < count && values < kValues; ++n) {
         if (depth == 0 && n == count / 2 && random.Get(2) == 0)
             AddGroup(plan, random, values, 1, n);
-        EStep const kind = EStep(eInt + random.Get(5));
+        // Objects write their fields in a fixed order: the types repeat.
+        EStep const kind = EStep(eInt + n % 5);
         plan.steps.push_back({kind, n, kind == eText ? random.Get(int(plan.texts.size())) : int(random.Next32())});
         ++values;
     }
