@@ -128,6 +128,8 @@ void TNodeNameIndex::IndexNewChildren(unsigned char const* base, unsigned int si
 
 int TNodeNameIndex::Find(unsigned char const* base, unsigned int size, int group, char const* name, int length)
 {
+    if (group <= 0 || static_cast<unsigned>(group) + TTaggedStream::kGroupNameOffset > size)
+        return 0;
     if (!Lookup(base, group, kCursorHash, nullptr, 0)) {
         // Short lists are walked: hashing every child costs more than a few
         // walks. A group whose list grows long is indexed from then on.

@@ -26,8 +26,11 @@ bool TTaggedStream::ExistKey(char const* tag, int index, int hintMode) const
 
 void TTaggedStream::MoveUp()
 {
-    if (UseRawTags() && m_currentGroup != 0)
-        m_currentGroup = ReadInt(m_currentGroup + kGroupParent);
+    if (!UseRawTags() || m_currentGroup <= 0)
+        return;
+    // An offset that holds no group has no parent to go to.
+    bool const inside = static_cast<unsigned>(m_currentGroup) + kGroupNameOffset <= DocumentSize();
+    m_currentGroup = inside ? ReadInt(m_currentGroup + kGroupParent) : 0;
 }
 
 char const* TTaggedStream::RawTagPart(char const* tag)

@@ -521,6 +521,25 @@ TEST(TaggedWriterRaw, MisuseIsReportedAndTheTreeStaysSound)
     EXPECT_EQ(Children(bytes, top[1].offset)[0].data, BytesOf(2));
 }
 
+TEST(TaggedWriterRaw, AGroupOffsetOutsideTheDocumentWritesNothingOutside)
+{
+    LogCapture log;
+    TTaggedOutputStream stream(streamModeRawTags, "T");
+    int const root = stream.GetCurrentGroup();
+    stream.SetCurrentGroup(1 << 20);
+    stream.SetValue(1, "lost");
+    stream.MoveDown("g");
+    stream.MoveUp();
+    stream.MoveUp();
+    EXPECT_TRUE(log.Contains("Log.NoGoZone", "TTaggedOutputStream::Link 1"));
+    stream.SetCurrentGroup(root);
+    stream.SetValue(2, "kept");
+    std::vector<unsigned char> const bytes = Document(stream);
+    std::vector<Node> const top = Children(bytes, root);
+    ASSERT_EQ(top.size(), 1u);
+    EXPECT_EQ(top[0].name, "kept");
+}
+
 TEST(TaggedWriterClose, SecondCloseChangesNothing)
 {
     TTaggedOutputStream stream(streamModeRawTags, "T");
