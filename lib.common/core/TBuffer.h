@@ -105,6 +105,18 @@ public:
     }
     void FillRefAll(T const& value) { FillRef(value, 0, m_size); }
     void Zero() { FastZeroEx(m_data, Bytes(m_size)); }
+    // The elements written to a TOutputMemoryStream, up to its position. With
+    // adopt the buffer takes the stream's block itself, which the stream must
+    // have been told not to free (auto-delete off); otherwise it copies.
+    template <class Stream>
+    void CaptureData(Stream const& stream, bool adopt)
+    {
+        int const count = static_cast<int>(stream.GetPosition() / sizeof(T));
+        if (adopt)
+            Init(reinterpret_cast<T*>(stream.Start()), count, autoDeleteOn);
+        else
+            Set(stream.Start(), count);
+    }
 
     int Size() const { return m_size; }
     int GetByteSize() const { return Bytes(m_size); }

@@ -4,6 +4,7 @@
 #include "core/TMemoryBlockArray.h"
 #include "core/TSlotSequence.h"
 #include "core/TVectorBase.h"
+#include "persist/TOutputMemoryStream.h"
 #include "math/TRandomizer.h"
 
 #include <gtest/gtest.h>
@@ -280,4 +281,15 @@ TEST(Buffer, WrapsOrOwnsAndCopiesDeeply)
     TBuffer<char> adopted(static_cast<char*>(malloc_ex(4)), 4, autoDeleteOn); // freed by the buffer
     adopted.Reset();
     EXPECT_FALSE(adopted.IsValid());
+
+    TOutputMemoryStream stream(32, autoDeleteOff);
+    int const values[3] = {4, 5, 6};
+    stream.WriteData(values, sizeof(values));
+    TBuffer<int> copied, taken;
+    copied.CaptureData(stream, false);
+    taken.CaptureData(stream, true); // the block is the buffer's now
+    EXPECT_EQ(copied.Size(), 3);
+    EXPECT_EQ(copied[2], 6);
+    EXPECT_EQ(taken.ConstStart(), reinterpret_cast<int const*>(stream.Start()));
+    EXPECT_TRUE(taken.OwnsData());
 }
