@@ -50,7 +50,8 @@ COMMON_EXPORT int BuildMultiString(TVector<TString<T>> const& strings, T* buffer
 // The runs of the digits 0 to 9 as numbers, every other character separates;
 // a minus sign is no part of a number. Runs above 2147483647 give that value.
 // The array comes from malloc_ex (free_ex releases it) and is null when
-// there is no number; count, if given, gets the number of values.
+// there is no number; count, if given, gets the number of values. The form
+// into a TVector<int>, which reads minus signs, is in PatternReplace.h.
 template <class T>
 COMMON_EXPORT int* StringToIntVector(T const* text, int* count);
 

@@ -1,7 +1,6 @@
 #include "text/TFindRepHelper.h"
 
-#include "diag/LogCategories.h"
-#include "text/CharOps.h"
+#include "text/PatternReplace.h"
 
 static_assert(sizeof(TFindRepSearch<char>) == 16, "search slots are 16 bytes");
 
@@ -39,8 +38,9 @@ int FindReplace(T const* text, int length, TString<T>& result, TFindRepHelper<T>
     for (int i = 0; i < batch.Count(); ++i) {
         int const flags = batch.GetFlags(i);
         if (flags & eFindRepPattern) {
-            // Patterns need the TRegExpr engine, which this build lacks.
-            qCWarning(LogNoGoZone) << "FindReplace" << 1;
+            replaced += ReplaceAllPatterns(result, batch.GetSearch(i).c_str(), batch.GetReplacement(i).c_str(),
+                                           (flags & eFindRepCaseSensitive) != 0, batch.GetCallback(),
+                                           batch.GetCallbackData());
             continue;
         }
         replaced += result.Replace(batch.GetSearch(i).c_str(), batch.GetReplacement(i).c_str(),

@@ -6,9 +6,9 @@
 // How one entry of a TFindRepHelper searches.
 enum EFindRepFlags : int
 {
-    eFindRepPattern = 1,       // the search text is a TRegExpr pattern
+    eFindRepPattern = 1,       // a TRegExpr pattern, see ReplaceAllPatterns
     eFindRepCaseSensitive = 2,
-    eFindRepWholeWord = 4,
+    eFindRepWholeWord = 4,     // plain texts only: a pattern says it with /b
 };
 
 // One search text with its flags: the 16-byte slot of TFindRepHelper.

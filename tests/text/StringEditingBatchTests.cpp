@@ -1,4 +1,5 @@
 #include "text/LString.h"
+#include "text/PatternReplace.h"
 #include "text/StringSplit.h"
 #include "text/TFindRepHelper.h"
 #include "text/TSegmentCutCopy.h"
@@ -8,6 +9,7 @@
 
 #include <gtest/gtest.h>
 
+#include <climits>
 #include <string>
 
 namespace {
@@ -91,6 +93,54 @@ TEST(FindRepHelper, TheCallbackSeesEachHitAndMaySkipIt)
     EXPECT_EQ(Std(result), u"x\ny\ny");
     EXPECT_EQ(seen.calls, 3);
     EXPECT_EQ(seen.line, 2);
+}
+
+TEST(PatternReplace, MatchesWithCapturesAndEscapes)
+{
+    AString text("a1b22c333");
+    EXPECT_EQ(ReplaceAllPatterns(text, "[0-9]+", "#"), 3);
+    EXPECT_EQ(Std(text), "a#b#c#");
+    text = "a1b22c333";
+    EXPECT_EQ(ReplaceAllPatterns(text, "{[a-z]}{[0-9]+}", "/2/1(/0)//"), 3);
+    EXPECT_EQ(Std(text), "1a(a1)/22b(b22)/333c(c333)/");
+    // Empty matches replace nothing; a broken pattern leaves the text.
+    EXPECT_EQ(ReplaceAllPatterns(text, "x*", "-"), 0);
+    EXPECT_EQ(ReplaceAllPatterns(text, "{abc", "-"), 0);
+    EXPECT_EQ(Std(text), "1a(a1)/22b(b22)/333c(c333)/");
+
+    WString wide(u"Take TAKE take\nTaken");
+    EXPECT_EQ(ReplaceAllPatterns(wide, u"take", u"give", false), 4);
+    EXPECT_EQ(Std(wide), u"give give give\ngiven");
+
+    auto onlySecondLine = [](int, int, int line, int offset, void* data) {
+        *static_cast<int*>(data) = offset;
+        return line == 1;
+    };
+    int offset = -1;
+    WString lines(u"ab ab\nxab");
+    EXPECT_EQ(ReplaceAllPatterns(lines, u"ab", u"-", true, onlySecondLine, &offset), 1);
+    EXPECT_EQ(Std(lines), u"ab ab\nx-");
+    EXPECT_EQ(offset, 1);
+}
+
+TEST(PatternReplace, SignedNumbersByPattern)
+{
+    TVector<int> numbers;
+    numbers.Add(42);
+    EXPECT_EQ(StringToIntVector(u"a-12 b3--4 99999999999 -99999999999 x", numbers), 5);
+    EXPECT_EQ(numbers[0], -12);
+    EXPECT_EQ(numbers[1], 3);
+    EXPECT_EQ(numbers[2], -4);
+    EXPECT_EQ(numbers[3], INT_MAX);
+    EXPECT_EQ(numbers[4], INT_MIN);
+    EXPECT_EQ(StringToIntVector("none", numbers), 0);
+
+    TFindRepHelper<char> batch;
+    batch.Add("v{[0-9]+}", "version /1", eFindRepPattern);
+    batch.Add("VERSION", "release", 0);
+    AString result;
+    EXPECT_EQ(FindReplace("V2 and v10", -1, result, batch), 4);
+    EXPECT_EQ(Std(result), "release 2 and release 10");
 }
 
 TEST(TagStringSet, EntriesByTag)
