@@ -48,15 +48,15 @@ private:
     int m_length = 0;
 };
 
-struct TSpec
+struct TConversion
 {
-    char text[32] = {'%'}; // the narrow conversion spec for the C library
+    char text[32] = {'%'}; // the same conversion for the C library
     int size = 1;
     int width = 0;
     int precision = -1;
     bool leftAlign = false;
     char length[3] = {};
-    char conversion = 0;
+    char kind = 0;
 
     void Add(char c)
     {
@@ -74,59 +74,59 @@ struct TSpec
 };
 
 // Reads flags, width, precision and length modifiers behind the "%".
-char16_t const* ParseSpec(char16_t const* format, TSpec& spec, va_list& arguments)
+char16_t const* ParseConversion(char16_t const* format, TConversion& conversion, va_list& arguments)
 {
     for (; *format && IsInSet(*format, u"-+ #0"); ++format) {
-        spec.leftAlign = spec.leftAlign || *format == u'-';
-        spec.Add(static_cast<char>(*format));
+        conversion.leftAlign = conversion.leftAlign || *format == u'-';
+        conversion.Add(static_cast<char>(*format));
     }
     if (*format == u'*') {
-        spec.width = va_arg(arguments, int);
-        if (spec.width < 0) {
-            spec.leftAlign = true;
-            spec.width = -spec.width;
-            spec.Add('-');
+        conversion.width = va_arg(arguments, int);
+        if (conversion.width < 0) {
+            conversion.leftAlign = true;
+            conversion.width = -conversion.width;
+            conversion.Add('-');
         }
-        spec.AddNumber(spec.width);
+        conversion.AddNumber(conversion.width);
         ++format;
     } else {
         for (; *format >= u'0' && *format <= u'9'; ++format) {
-            spec.width = spec.width * 10 + (*format - u'0');
-            spec.Add(static_cast<char>(*format));
+            conversion.width = conversion.width * 10 + (*format - u'0');
+            conversion.Add(static_cast<char>(*format));
         }
     }
     if (*format == u'.') {
-        spec.Add('.');
+        conversion.Add('.');
         ++format;
-        spec.precision = 0;
+        conversion.precision = 0;
         if (*format == u'*') {
-            spec.precision = va_arg(arguments, int);
-            spec.AddNumber(spec.precision < 0 ? 0 : spec.precision);
+            conversion.precision = va_arg(arguments, int);
+            conversion.AddNumber(conversion.precision < 0 ? 0 : conversion.precision);
             ++format;
         } else {
             for (; *format >= u'0' && *format <= u'9'; ++format) {
-                spec.precision = spec.precision * 10 + (*format - u'0');
-                spec.Add(static_cast<char>(*format));
+                conversion.precision = conversion.precision * 10 + (*format - u'0');
+                conversion.Add(static_cast<char>(*format));
             }
         }
     }
     int lengthSize = 0;
     while (lengthSize < 2 && *format && IsInSet(*format, u"hlLzjtw")) {
-        spec.length[lengthSize++] = static_cast<char>(*format);
+        conversion.length[lengthSize++] = static_cast<char>(*format);
         ++format;
     }
-    spec.conversion = static_cast<char>(*format);
+    conversion.kind = static_cast<char>(*format);
     return *format ? format + 1 : format;
 }
 
-bool IsLength(TSpec const& spec, char const* length)
+bool IsLength(TConversion const& conversion, char const* length)
 {
-    return spec.length[0] == length[0] && spec.length[1] == length[1];
+    return conversion.length[0] == length[0] && conversion.length[1] == length[1];
 }
 
-void PutString(TWideSink& sink, TSpec const& spec, va_list& arguments)
+void PutString(TWideSink& sink, TConversion const& conversion, va_list& arguments)
 {
-    bool const narrow = spec.length[0] == 'h' || (spec.conversion == 'S' && spec.length[0] != 'l' && spec.length[0] != 'w');
+    bool const narrow = conversion.length[0] == 'h' || (conversion.kind == 'S' && conversion.length[0] != 'l' && conversion.length[0] != 'w');
     TString<char16_t> text;
     if (narrow) {
         char const* bytes = va_arg(arguments, char const*);
@@ -136,61 +136,61 @@ void PutString(TWideSink& sink, TSpec const& spec, va_list& arguments)
         text = TString<char16_t>(wide ? wide : u"(null)");
     }
     int length = text.GetLength();
-    if (spec.precision >= 0 && spec.precision < length)
-        length = spec.precision;
-    sink.PutField(text.c_str(), length, spec.width, spec.leftAlign);
+    if (conversion.precision >= 0 && conversion.precision < length)
+        length = conversion.precision;
+    sink.PutField(text.c_str(), length, conversion.width, conversion.leftAlign);
 }
 
-void PutChar(TWideSink& sink, TSpec const& spec, va_list& arguments)
+void PutChar(TWideSink& sink, TConversion const& conversion, va_list& arguments)
 {
     int const value = va_arg(arguments, int);
-    bool const narrow = spec.length[0] == 'h' || (spec.conversion == 'C' && spec.length[0] != 'l' && spec.length[0] != 'w');
+    bool const narrow = conversion.length[0] == 'h' || (conversion.kind == 'C' && conversion.length[0] != 'l' && conversion.length[0] != 'w');
     char16_t const c = narrow ? static_cast<unsigned char>(value) : static_cast<char16_t>(value);
-    sink.PutField(&c, 1, spec.width, spec.leftAlign);
+    sink.PutField(&c, 1, conversion.width, conversion.leftAlign);
 }
 
 template <class V>
-void PutPrinted(TWideSink& sink, TSpec const& spec, V value)
+void PutPrinted(TWideSink& sink, TConversion const& conversion, V value)
 {
     char buffer[512];
-    int const written = std::snprintf(buffer, sizeof buffer, spec.text, value);
+    int const written = std::snprintf(buffer, sizeof buffer, conversion.text, value);
     for (int i = 0; i < written && i < int(sizeof buffer) - 1; ++i)
         sink.Put(static_cast<unsigned char>(buffer[i]));
 }
 
-void PutInteger(TWideSink& sink, TSpec& spec, va_list& arguments)
+void PutInteger(TWideSink& sink, TConversion& conversion, va_list& arguments)
 {
-    bool const isSigned = spec.conversion == 'd' || spec.conversion == 'i';
-    for (int i = 0; i < 2 && spec.length[i]; ++i)
-        if (spec.length[i] != 'w')
-            spec.Add(spec.length[i]);
-    spec.Add(spec.conversion);
-    if (IsLength(spec, "ll")) {
+    bool const isSigned = conversion.kind == 'd' || conversion.kind == 'i';
+    for (int i = 0; i < 2 && conversion.length[i]; ++i)
+        if (conversion.length[i] != 'w')
+            conversion.Add(conversion.length[i]);
+    conversion.Add(conversion.kind);
+    if (IsLength(conversion, "ll")) {
         if (isSigned)
-            PutPrinted(sink, spec, va_arg(arguments, long long));
+            PutPrinted(sink, conversion, va_arg(arguments, long long));
         else
-            PutPrinted(sink, spec, va_arg(arguments, unsigned long long));
-    } else if (IsLength(spec, "l\0") || IsLength(spec, "z\0") || IsLength(spec, "t\0") || IsLength(spec, "j\0")) {
+            PutPrinted(sink, conversion, va_arg(arguments, unsigned long long));
+    } else if (IsLength(conversion, "l\0") || IsLength(conversion, "z\0") || IsLength(conversion, "t\0") || IsLength(conversion, "j\0")) {
         if (isSigned)
-            PutPrinted(sink, spec, va_arg(arguments, long));
+            PutPrinted(sink, conversion, va_arg(arguments, long));
         else
-            PutPrinted(sink, spec, va_arg(arguments, unsigned long));
+            PutPrinted(sink, conversion, va_arg(arguments, unsigned long));
     } else if (isSigned) {
-        PutPrinted(sink, spec, va_arg(arguments, int));
+        PutPrinted(sink, conversion, va_arg(arguments, int));
     } else {
-        PutPrinted(sink, spec, va_arg(arguments, unsigned));
+        PutPrinted(sink, conversion, va_arg(arguments, unsigned));
     }
 }
 
-void PutFloat(TWideSink& sink, TSpec& spec, va_list& arguments)
+void PutFloat(TWideSink& sink, TConversion& conversion, va_list& arguments)
 {
-    if (spec.length[0] == 'L') {
-        spec.Add('L');
-        spec.Add(spec.conversion);
-        PutPrinted(sink, spec, va_arg(arguments, long double));
+    if (conversion.length[0] == 'L') {
+        conversion.Add('L');
+        conversion.Add(conversion.kind);
+        PutPrinted(sink, conversion, va_arg(arguments, long double));
     } else {
-        spec.Add(spec.conversion);
-        PutPrinted(sink, spec, va_arg(arguments, double));
+        conversion.Add(conversion.kind);
+        PutPrinted(sink, conversion, va_arg(arguments, double));
     }
 }
 
@@ -206,20 +206,20 @@ int WideVFormat(char16_t* target, int size, char16_t const* format, va_list argu
             sink.Put(*format++);
             continue;
         }
-        TSpec spec;
+        TConversion conversion;
         char16_t const* const start = format;
-        format = ParseSpec(format + 1, spec, walk);
-        switch (spec.conversion) {
+        format = ParseConversion(format + 1, conversion, walk);
+        switch (conversion.kind) {
         case '%':
             sink.Put(u'%');
             break;
         case 's':
         case 'S':
-            PutString(sink, spec, walk);
+            PutString(sink, conversion, walk);
             break;
         case 'c':
         case 'C':
-            PutChar(sink, spec, walk);
+            PutChar(sink, conversion, walk);
             break;
         case 'd':
         case 'i':
@@ -227,7 +227,7 @@ int WideVFormat(char16_t* target, int size, char16_t const* format, va_list argu
         case 'x':
         case 'X':
         case 'o':
-            PutInteger(sink, spec, walk);
+            PutInteger(sink, conversion, walk);
             break;
         case 'e':
         case 'E':
@@ -237,11 +237,11 @@ int WideVFormat(char16_t* target, int size, char16_t const* format, va_list argu
         case 'G':
         case 'a':
         case 'A':
-            PutFloat(sink, spec, walk);
+            PutFloat(sink, conversion, walk);
             break;
         case 'p':
-            spec.Add('p');
-            PutPrinted(sink, spec, va_arg(walk, void*));
+            conversion.Add('p');
+            PutPrinted(sink, conversion, va_arg(walk, void*));
             break;
         case 'n':
             // Writing through a pointer taken from a format is a hole; consumed only.
