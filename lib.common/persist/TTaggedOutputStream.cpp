@@ -53,18 +53,15 @@ char const* RawPart(char const* tag, size_t* length)
     return start;
 }
 
-// The name of a node: the raw tag, cut and followed by the index if there
-// is one. Returns the name, in buffer or in tag.
-char const* NodeName(char const* raw, size_t rawLength, int index, char* buffer, unsigned int* length)
+// The name a search looks for: the tag as given, cut and followed by the
+// index if there is one. Returns the name, in buffer or in tag.
+char const* SearchName(char const* tag, int index, char* buffer, unsigned int* length)
 {
     if (index == 0) {
-        *length = static_cast<unsigned>(rawLength);
-        return raw;
+        *length = static_cast<unsigned>(std::strlen(tag));
+        return tag;
     }
-    size_t const limit = TTaggedStream::kMaxIndexedTag;
-    size_t const kept = rawLength < limit ? rawLength : limit;
-    std::memcpy(buffer, raw, kept);
-    *length = static_cast<unsigned>(std::to_chars(buffer + kept, buffer + kept + 12, index).ptr - buffer);
+    *length = static_cast<unsigned>(TTaggedStream::SpellIndexedName(tag, index, buffer));
     return buffer;
 }
 
@@ -301,10 +298,7 @@ void TTaggedOutputStream::WriteRawValue(char const* tag, int index, void const* 
 void TTaggedOutputStream::SetXmlText(char const* tag, int index, char const* text, int length, bool cdata)
 {
     if (!cdata) {
-        TComposeBuffer value(static_cast<unsigned>(length) + 1);
-        FastCopyEx(text, value.Data(), static_cast<unsigned>(length));
-        value.Data()[length] = 0;
-        m_output.WriteXML(tag, index, value.Data(), m_xmlLevel);
+        m_output.WriteXML(tag, index, text, m_xmlLevel);
         return;
     }
     int const total = length + static_cast<int>(sizeof(kCDataOpen) + sizeof(kCDataClose)) - 2;
@@ -341,6 +335,7 @@ void TTaggedOutputStream::SetNumber(T value, char const* tag, int index)
         if constexpr (std::is_floating_point_v<T>) {
             length = EncodeBase64(&value, sizeof(T), text);
         } else {
+            // The plain decimal of TString::LongToString, without a string.
             length = static_cast<int>(std::to_chars(text, text + sizeof(text), static_cast<long long>(value)).ptr - text);
         }
         text[length] = 0;
@@ -562,7 +557,7 @@ int TTaggedOutputStream::FindChildForMoveDown(char const* tag, int index)
         return FindNode(tag, index, 0);
     char buffer[kMaxIndexedTag + 16];
     unsigned int length;
-    char const* name = NodeName(tag, std::strlen(tag), index, buffer, &length);
+    char const* name = SearchName(tag, index, buffer, &length);
     if (!m_index)
         m_index = new TNodeNameIndex;
     return m_index->Find(m_output.Start(), m_output.GetPosition(), m_currentGroup, name, static_cast<int>(length));

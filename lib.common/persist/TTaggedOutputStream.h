@@ -119,6 +119,7 @@ private:
     int FindChildForMoveDown(char const* tag, int index);
     template <class T>
     void SetNumber(T value, char const* tag, int index);
+    // text ends in a zero; length is its length.
     void SetXmlText(char const* tag, int index, char const* text, int length, bool cdata);
 
     TOutputMemoryStream m_output;

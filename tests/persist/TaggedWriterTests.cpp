@@ -521,6 +521,21 @@ TEST(TaggedWriterRaw, MisuseIsReportedAndTheTreeStaysSound)
     EXPECT_EQ(Children(bytes, top[1].offset)[0].data, BytesOf(2));
 }
 
+TEST(TaggedWriterPlain, LongsKeepFourBytesAndReportWhatDoesNotFit)
+{
+    LogCapture log;
+    TTaggedOutputStream stream(streamModePlain, "T");
+    stream.SetValue(-1L, "fits");
+    EXPECT_TRUE(log.Lines().isEmpty());
+    stream.SetValue((1L << 40) + 7, "big");
+    stream.SetValue(0x100000003UL, "ubig");
+    Layout expected;
+    expected.Header("T").Int(-1).Int(7).Int(3);
+    EXPECT_EQ(Document(stream), expected.Finished());
+    EXPECT_TRUE(log.Contains("Log.NoGoZone", "TTaggedOutputStream::SetValue 1"));
+    EXPECT_TRUE(log.Contains("Log.NoGoZone", "TTaggedOutputStream::SetValue 2"));
+}
+
 TEST(TaggedWriterRaw, AGroupOffsetOutsideTheDocumentWritesNothingOutside)
 {
     LogCapture log;
