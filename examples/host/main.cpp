@@ -1,6 +1,8 @@
 // The demo host: loads the library the way an application module does and
 // shows what it gives, one section per subsystem.
 
+#include "Demos.h"
+
 #include <Common>
 
 #include <QString>
@@ -106,5 +108,7 @@ int main()
     ShowStrings();
     ShowObjects();
     ShowFailures();
+    Section("Time positions and audio values");
+    ShowTimeAndAudioValues();
     return 0;
 }
