@@ -18,6 +18,20 @@ int IndexOf(TSlotSequence const& threads, ThreadHandle thread)
     return -1;
 }
 
+// A thread stands in the list at most once: any old entry goes first.
+void Edit(ThreadHandle thread, bool add)
+{
+    TCommonGlobalData* block = CommonGlobalData();
+    if (!block)
+        return;
+    QMutexLocker lock(&block->bypassLock);
+    int const index = IndexOf(block->bypassThreads, thread);
+    if (index >= 0)
+        block->bypassThreads.CutSlots(index, 1);
+    if (add)
+        block->bypassThreads.AppendSlot(&thread);
+}
+
 } // namespace
 
 ThreadHandle CurrentThread()
@@ -27,25 +41,12 @@ ThreadHandle CurrentThread()
 
 void Add(ThreadHandle thread)
 {
-    TCommonGlobalData* block = CommonGlobalData();
-    if (!block)
-        return;
-    QMutexLocker lock(&block->bypassLock);
-    int const index = IndexOf(block->bypassThreads, thread);
-    if (index >= 0)
-        block->bypassThreads.CutSlots(index, 1);
-    block->bypassThreads.AppendSlot(&thread);
+    Edit(thread, true);
 }
 
 void Remove(ThreadHandle thread)
 {
-    TCommonGlobalData* block = CommonGlobalData();
-    if (!block)
-        return;
-    QMutexLocker lock(&block->bypassLock);
-    int const index = IndexOf(block->bypassThreads, thread);
-    if (index >= 0)
-        block->bypassThreads.CutSlots(index, 1);
+    Edit(thread, false);
 }
 
 bool Contains(ThreadHandle thread)
