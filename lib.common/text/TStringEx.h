@@ -16,7 +16,7 @@ public:
     long long GetValue() const { return m_value; }
     void SetValue(long long value) { m_value = value; }
 
-    // Defined with the tagged streams.
+    // With the tagged streams, in persist/.
     void WriteState(TTaggedOutputStream& stream, long long context, char const* tag, int index) const;
     bool RestoreState(TTaggedInputStream& stream, long long context, char const* tag, int index);
 
