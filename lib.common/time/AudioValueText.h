@@ -36,8 +36,9 @@ enum EAudioValueOption : int
 // on gives infiniteText and the unit. Silence of a gain (2^-23 or less) is
 // "-oo" and " dB" whatever the LU bits; the wide form writes "-" and U+221E
 // instead of "-oo". infiniteText is UTF-8 and is cut at 40 characters, so 64
-// characters hold any result. A NaN decibel value counts as silence; NaN and
-// infinite sample values give 0 and the int limits.
+// characters hold any result. A NaN decibel value counts as silence, a NaN
+// gain gives "nan dB"; NaN and infinite sample values give 0 and the int
+// limits.
 template <class T>
 COMMON_EXPORT void AudioLevelToString(double level, T* buffer, int format, int options, char const* infiniteText);
 COMMON_EXPORT TString<char> AStringFromAudioLevel(double level, int format, int options,
@@ -47,7 +48,8 @@ COMMON_EXPORT QString QStringFromAudioLevel(double level, int format, int option
 // File sizes: "1 234 bytes" (no unit option: 2 decimals, digit groups),
 // "12 kB" (eFileSizeKilobytes: whole kB, rounded down), "1.5 MB"
 // (eFileSizeAutoUnit: B, kB, MB, GB, TB by size, the decimals of the options;
-// 0 alone has no unit). 40 characters are ample.
+// 0 alone has no unit). A negative size keeps its sign ("-5 B"; whole kB
+// round down, so -5 bytes are "-1 kB"). 40 characters are ample.
 COMMON_EXPORT void FileSizeToString(long long size, char* buffer, int options);
 // The same into a UTF-16 buffer.
 COMMON_EXPORT void QFileSizeToString(long long size, char16_t* buffer, int options);
