@@ -2,6 +2,7 @@
 
 #include "text/CharOps.h"
 #include "text/TMatchContext.h"
+#include "text/TRegExpr.h"
 
 #include <climits>
 
@@ -32,9 +33,13 @@ private:
     int m_lineStart = 0;
 };
 
+// found: the captures of a match in searched, which has the length of text
+// and may be its lowered copy; what they hold is taken from text.
 template <class T>
-void AppendExpanded(TString<T>& out, T const* replacement, TMatchContext<T> const& match)
+void AppendExpanded(TString<T>& out, T const* replacement, TMatchContext<T> const& found, T const* searched,
+                    T const* text)
 {
+    T const* const base = text + (found.GetText() - searched);
     for (T const* p = replacement; *p; ++p) {
         if (*p != T('/') || !p[1]) {
             out.Append(*p);
@@ -46,65 +51,84 @@ void AppendExpanded(TString<T>& out, T const* replacement, TMatchContext<T> cons
             continue;
         }
         int position = 0;
-        int const length = match.GetMatch(int(c - T('0')) - 1, &position);
+        int const length = found.GetMatch(int(c - T('0')) - 1, &position);
         if (length > 0)
-            out.Append(match.GetText() + position, unsigned(length));
+            out.Append(base + position, unsigned(length));
     }
 }
 
-} // namespace
-
+// The matches are searched in searched and replaced in text.
 template <class T>
-int ReplaceAllPatterns(TString<T>& text, TRegExpr<T> const& pattern, T const* replacement, CB_Replace callback,
-                       void* data)
+int ReplaceMatches(TString<T>& text, TString<T> const& searched, TRegExpr<T> const& pattern, T const* replacement,
+                   CB_Replace callback, void* data)
 {
-    static T const nothing = 0;
-    if (!replacement)
-        replacement = &nothing;
     TString<T> const source(text); // keeps the buffer while text is rebuilt
     T const* const start = source.c_str();
     T const* const end = source.c_end();
+    T const* const scan = searched.c_str();
     TLineTracker<T> lines(start);
     TString<T> result;
     int count = 0;
-    T const* copied = start; // what stands before is in result
-    for (T const* rest = start; rest < end;) {
-        TMatchContext<T> match(rest);
-        if (!pattern.Match(match) || !match.GetMatchStart())
+    int copied = 0; // what stands before is in result
+    for (int rest = 0; rest < int(end - start);) {
+        TMatchContext<T> found(scan + rest);
+        if (!pattern.Match(found) || !found.GetMatchStart())
             break;
-        T const* const hitStart = match.GetMatchStart();
-        T const* const hitEnd = match.GetMatchEnd();
+        int const hitStart = int(found.GetMatchStart() - scan);
+        int const hitEnd = int(found.GetMatchEnd() - scan);
         if (hitEnd <= hitStart) {
             rest = hitStart + 1;
             continue;
         }
         rest = hitEnd;
         if (callback) {
-            lines.MoveTo(int(hitStart - start));
-            if (!callback(int(hitStart - start), int(hitEnd - hitStart), lines.Line(), lines.Offset(), data))
+            lines.MoveTo(hitStart);
+            if (!callback(hitStart, hitEnd - hitStart, lines.Line(), lines.Offset(), data))
                 continue;
         }
-        result.Append(copied, unsigned(hitStart - copied));
-        // Captures are read relative to the context's text, which is rest.
-        AppendExpanded(result, replacement, match);
+        result.Append(start + copied, unsigned(hitStart - copied));
+        AppendExpanded(result, replacement, found, scan, start);
         copied = hitEnd;
         ++count;
     }
     if (count > 0) {
-        result.Append(copied, unsigned(end - copied));
+        result.Append(start + copied, unsigned(end - start - copied));
         text = result;
     }
     return count;
 }
 
+} // namespace
+
 template <class T>
 int ReplaceAllPatterns(TString<T>& text, T const* pattern, T const* replacement, bool caseSensitive,
                        CB_Replace callback, void* data)
 {
-    TRegExpr<T> compiled;
-    if (compiled.Parse(pattern, caseSensitive) != eParseErrorNone)
+    static T const nothing = 0;
+    if (!pattern || !*pattern || text.IsEmpty())
         return 0;
-    return ReplaceAllPatterns(text, compiled, replacement, callback, data);
+    if (!replacement)
+        replacement = &nothing;
+    TRegExpr<T> compiled;
+    if (caseSensitive) {
+        if (compiled.Parse(pattern) != eParseErrorNone)
+            return 0;
+        return ReplaceMatches(text, text, compiled, replacement, callback, data);
+    }
+    // The engine lowers the rest of the text at every match it is asked
+    // for, which makes many hits quadratic. Lowering pattern and text once
+    // here, by the engine's own rule (all but a character behind a slash),
+    // gives the same matches.
+    TString<T> loweredPattern(pattern);
+    T* p = loweredPattern.Buffer();
+    for (int i = loweredPattern.GetLength() - 1; i >= 0; --i)
+        if (i == 0 || pattern[i - 1] != T('/'))
+            p[i] = LowerOf(p[i]);
+    if (compiled.Parse(loweredPattern.c_str()) != eParseErrorNone)
+        return 0;
+    TString<T> loweredText(true, text);
+    loweredText.MakeLower();
+    return ReplaceMatches(text, loweredText, compiled, replacement, callback, data);
 }
 
 template <class T>
@@ -132,7 +156,6 @@ int StringToIntVector(T const* text, TVector<int>& out)
 }
 
 #define COMMON_PATTERN_REPLACE(T)                                                                             \
-    template int ReplaceAllPatterns<T>(TString<T>&, TRegExpr<T> const&, T const*, CB_Replace, void*);         \
     template int ReplaceAllPatterns<T>(TString<T>&, T const*, T const*, bool, CB_Replace, void*);             \
     template int StringToIntVector<T>(T const*, TVector<int>&);
 COMMON_PATTERN_REPLACE(char)

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "core/TVector.h"
-#include "text/TRegExpr.h"
 #include "text/TString.h"
 
 // Replacing by TRegExpr patterns.
@@ -14,10 +13,7 @@
 // of TString::Replace: asked before each replacement with the position,
 // length, line and offset in the line of the match, it skips the match by
 // returning false. Returns the number of replacements; a pattern that doesn't
-// compile replaces nothing and gives 0.
-template <class T>
-COMMON_EXPORT int ReplaceAllPatterns(TString<T>& text, TRegExpr<T> const& pattern, T const* replacement,
-                                     CB_Replace callback = nullptr, void* data = nullptr);
+// compile, or an empty one, replaces nothing and gives 0.
 template <class T>
 COMMON_EXPORT int ReplaceAllPatterns(TString<T>& text, T const* pattern, T const* replacement, bool caseSensitive = true,
                                      CB_Replace callback = nullptr, void* data = nullptr);
@@ -29,8 +25,6 @@ template <class T>
 COMMON_EXPORT int StringToIntVector(T const* text, TVector<int>& out);
 
 #define COMMON_PATTERN_REPLACE(T)                                                                                   \
-    extern template COMMON_EXPORT int ReplaceAllPatterns<T>(TString<T>&, TRegExpr<T> const&, T const*, CB_Replace,  \
-                                                            void*);                                                 \
     extern template COMMON_EXPORT int ReplaceAllPatterns<T>(TString<T>&, T const*, T const*, bool, CB_Replace,      \
                                                             void*);                                                 \
     extern template COMMON_EXPORT int StringToIntVector<T>(T const*, TVector<int>&);

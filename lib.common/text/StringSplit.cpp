@@ -287,6 +287,8 @@ TString<T> StringFromStringVector(TVector<TString<T>> const& strings, T const* s
     bool const addTerminator = terminate && total > 0;
     if (addTerminator)
         total += separatorLength;
+    if (total == 0)
+        return TString<T>();
     TString<T> result{length_t(static_cast<unsigned>(total))};
     for (int i = 0; i < count; ++i) {
         if (i > 0)

@@ -56,6 +56,8 @@ TString<T> CopyAndMerge(TString<T> const& source, TFlexList<TSegmentCutCopy<T>> 
         return source;
     long long total = 0;
     WalkPlan(source, plan, [&](T const*, int count) { total += count; });
+    if (total == 0)
+        return TString<T>();
     TString<T> result{length_t(static_cast<unsigned>(total))};
     WalkPlan(source, plan, [&](T const* piece, int count) { result.Append(piece, static_cast<unsigned>(count)); });
     return result;

@@ -111,6 +111,12 @@ TEST(PatternReplace, MatchesWithCapturesAndEscapes)
     WString wide(u"Take TAKE take\nTaken");
     EXPECT_EQ(ReplaceAllPatterns(wide, u"take", u"give", false), 4);
     EXPECT_EQ(Std(wide), u"give give give\ngiven");
+    // Without case the captures still bring the text as it was; a capital
+    // behind a slash is kept, and so never matches.
+    wide = u"Hello WORLD";
+    EXPECT_EQ(ReplaceAllPatterns(wide, u"{[a-z]+}", u"/1!", false), 2);
+    EXPECT_EQ(Std(wide), u"Hello! WORLD!");
+    EXPECT_EQ(ReplaceAllPatterns(wide, u"/Hello", u"-", false), 0);
 
     auto onlySecondLine = [](int, int, int line, int offset, void* data) {
         *static_cast<int*>(data) = offset;
