@@ -30,6 +30,13 @@ void ReverseWords(void* slots, int count)
         std::swap(words[i], words[j]);
 }
 
+template <class Word>
+void StableSortWords(void* slots, int count, TSlotSequence::TComparer comparer)
+{
+    auto* words = static_cast<Word*>(slots);
+    std::stable_sort(words, words + count, [comparer](Word const& a, Word const& b) { return comparer(&a, &b) < 0; });
+}
+
 } // namespace
 
 TSlotSequence::TSlotSequence(int slotSize, int initialSlots, int expansionSize, EAutoDelete autoDelete,
@@ -240,7 +247,16 @@ void TSlotSequence::CutSlots(int position, int count)
 
 void TSlotSequence::Sort(TComparer comparer)
 {
-    if (m_count > 1)
+    if (m_count < 2)
+        return;
+    // qsort leaves the order of equal slots to the C library; the one here
+    // sorts by a stable merge. For word-sized slots std::stable_sort gives
+    // that same order, calling comparer the same way, in less time.
+    if (m_slotSize == 4)
+        StableSortWords<uint32_t>(m_slots, m_count, comparer);
+    else if (m_slotSize == 8)
+        StableSortWords<uint64_t>(m_slots, m_count, comparer);
+    else
         std::qsort(m_slots, static_cast<size_t>(m_count), static_cast<size_t>(m_slotSize), comparer);
 }
 

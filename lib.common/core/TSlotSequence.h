@@ -89,7 +89,8 @@ public:
     void CutSlots(int position, int count);
 
     // Order
-    // The C library's qsort over the busy slots.
+    // Sorts the busy slots as the C library's qsort does; equal slots keep
+    // their order.
     void Sort(TComparer comparer);
     void Reverse();
     void InverseOrder();

@@ -210,6 +210,19 @@ TEST(SlotSequence, OrderOperationsForEverySlotSize)
         return *static_cast<int32_t const*>(b) - *static_cast<int32_t const*>(a);
     });
     EXPECT_EQ(Ints(four), (std::vector<int32_t>{5, 4, 3, 2, 1}));
+
+    // Equal slots keep their order: pairs sorted by their first half.
+    TSlotSequence pairs(8, 20, 20);
+    int32_t const data[][2] = {{2, 0}, {1, 1}, {2, 2}, {1, 3}, {0, 4}};
+    for (auto const& pair : data)
+        pairs.AppendSlot(pair);
+    pairs.Sort([](void const* a, void const* b) {
+        return *static_cast<int32_t const*>(a) - *static_cast<int32_t const*>(b);
+    });
+    std::vector<int32_t> order;
+    for (int i = 0; i < pairs.Count(); ++i)
+        order.push_back(static_cast<int32_t const*>(pairs.ConstSlotPtr(i))[1]);
+    EXPECT_EQ(order, (std::vector<int32_t>{4, 1, 3, 0, 2}));
 }
 
 TEST(SlotSequence, ShuffleIsAFisherYatesWalkFromTheEnd)
