@@ -205,6 +205,20 @@ TYPED_TEST(RegExprMatch, LazyLoopsResumeWhereTheRestFailed)
     EXPECT_TRUE(log.Contains("Log.NoGoZone", "Pop 205"));
 }
 
+TYPED_TEST(RegExprMatch, LoopsEndWhenATurnTakesNothing)
+{
+    // A lazy loop's item that succeeds in place (a negative class at the end,
+    // a boundary at the start) would otherwise be taken again for ever.
+    EXPECT_EQ(this->M("/D*?ab", "xa"), "none");
+    EXPECT_EQ(this->M("/D*?b", "xab"), "0-3");
+    EXPECT_EQ(this->M("/b*?x", "ab"), "none");
+    EXPECT_EQ(this->M("(/b|a)+?b", "aab"), "0-3");
+    // A greedy loop whose item has an alternative that matches nothing,
+    // backtracked into after a later turn.
+    EXPECT_EQ(this->M("(x |a*)+b", "x ab"), "0-4");
+    EXPECT_EQ(this->M("{ +?| *?|a.+.*?}+/l? +?", "a- c --1"), "0-5 0-4");
+}
+
 TYPED_TEST(RegExprMatch, NotSucceedsWhereItsExpressionFails)
 {
     EXPECT_EQ(this->M("!a.", "ab"), "1-2");
