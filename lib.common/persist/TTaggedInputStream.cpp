@@ -7,6 +7,7 @@
 #include "math/MemoryAlloc.h"
 #include "persist/ByteSwap.h"
 #include "persist/ComposeBuffer.h"
+#include "persist/TNodeFinder.h"
 #include "persist/TXmlParserForTagStream.h"
 #include "text/TRegExpr.h"
 
@@ -29,6 +30,8 @@ constexpr unsigned int kMinimumDocument = 13;
 constexpr unsigned int kGroupHead = 20;
 constexpr unsigned int kSmallHead = 8;
 constexpr unsigned int kBigHead = 12;
+// A walk that runs this long goes to the name index.
+constexpr unsigned int kShortWalk = 4;
 
 int IntAt(unsigned char const* at)
 {
@@ -77,7 +80,7 @@ using TStored = std::conditional_t<std::is_same_v<T, long>, int32_t,
 } // namespace
 
 TTaggedInputStream::TTaggedInputStream(EStreamMode mode, ECanException canException)
-    : TTaggedStream(mode), m_autoDelete(autoDeleteOn), m_canException(canException), m_forceRecreate(false),
+      : TTaggedStream(mode), m_finder(nullptr), m_autoDelete(autoDeleteOn), m_canException(canException), m_forceRecreate(false),
       m_xmlConvert(false), m_isInitialized(true)
 {
     m_stream = &m_input;
@@ -85,7 +88,7 @@ TTaggedInputStream::TTaggedInputStream(EStreamMode mode, ECanException canExcept
 
 TTaggedInputStream::TTaggedInputStream(EStreamMode mode, void const* data, int size, EChecksum checksum,
                                        EAutoDelete autoDelete, ECanException canException)
-    : TTaggedStream(mode), m_autoDelete(autoDelete), m_canException(canException), m_forceRecreate(false),
+      : TTaggedStream(mode), m_finder(nullptr), m_autoDelete(autoDelete), m_canException(canException), m_forceRecreate(false),
       m_xmlConvert(false), m_isInitialized(false)
 {
     m_stream = &m_input;
@@ -94,7 +97,7 @@ TTaggedInputStream::TTaggedInputStream(EStreamMode mode, void const* data, int s
 
 TTaggedInputStream::TTaggedInputStream(EStreamMode mode, QByteArray const& data, EChecksum checksum,
                                        EAutoDelete autoDelete, ECanException canException)
-    : TTaggedStream(mode), m_autoDelete(autoDelete), m_canException(canException), m_forceRecreate(false),
+      : TTaggedStream(mode), m_finder(nullptr), m_autoDelete(autoDelete), m_canException(canException), m_forceRecreate(false),
       m_xmlConvert(false), m_isInitialized(false)
 {
     m_stream = &m_input;
@@ -111,7 +114,7 @@ TTaggedInputStream::TTaggedInputStream(EStreamMode mode, QByteArray const& data,
 }
 
 TTaggedInputStream::TTaggedInputStream(EStreamMode mode, QString const& resourceName, ECanException canException)
-    : TTaggedStream(mode), m_sourceName(resourceName), m_autoDelete(autoDeleteOn), m_canException(canException),
+    : TTaggedStream(mode), m_finder(nullptr), m_sourceName(resourceName), m_autoDelete(autoDeleteOn), m_canException(canException),
       m_forceRecreate(false), m_xmlConvert(false), m_isInitialized(false)
 {
     m_stream = &m_input;
@@ -139,6 +142,8 @@ TTaggedInputStream::~TTaggedInputStream()
 
 void TTaggedInputStream::ReleaseBlock()
 {
+    delete m_finder;
+    m_finder = nullptr;
     if (m_autoDelete == autoDeleteOn && m_input.Start())
         free_ex(m_input.Start());
     m_input.SetInputMemory(nullptr, 0);
@@ -348,6 +353,95 @@ char const* TTaggedInputStream::GetFormattedTag(char const* tag) const
     return m_formattedTag.c_str();
 }
 
+int TTaggedInputStream::Walk(int node, char const* name, int length, unsigned int limit, bool* more) const
+{
+    unsigned char const* base = m_input.Start();
+    unsigned int const size = m_input.Size();
+    uint32_t word = 0;
+    std::memcpy(&word, name, length < 4 ? static_cast<size_t>(length) : 4);
+    *more = false;
+    for (; node > 0; --limit) {
+        if (limit == 0) {
+            *more = true;
+            return 0;
+        }
+        auto const at = static_cast<unsigned int>(node);
+        if (at % 4 != 0 || at + kSmallHead > size)
+            return 0;
+        unsigned int const nameAt = at + base[at + kNodeNameOffset];
+        if (nameAt + 4 <= size) {
+            uint32_t nodeWord;
+            std::memcpy(&nodeWord, base + nameAt, 4);
+            if (nodeWord == word && nameAt + static_cast<unsigned>(length) < size
+                && std::memcmp(base + nameAt, name, static_cast<size_t>(length)) == 0 && base[nameAt + length] == 0)
+                return node;
+        }
+        node = IntAt(base + at + kNodeNext);
+    }
+    return 0;
+}
+
+int TTaggedInputStream::SearchIndexed(int start, bool wrap, char const* name, int length) const
+{
+    // A document of the other byte order keeps links the walk can't use as
+    // they are; it is walked.
+    if (!m_input.MustSwap()) {
+        if (!m_finder)
+            m_finder = new TNodeFinder;
+        int const found = m_finder->Find(m_input.Start(), m_input.Size(), m_currentGroup, start, wrap, name, length);
+        if (found >= 0)
+            return found;
+    }
+    unsigned int const limit = m_input.Size() / 8 + 1;
+    bool more;
+    int const found = Walk(start, name, length, limit, &more);
+    if (found != 0 || !wrap)
+        return found;
+    return Walk(IntAt(m_input.Start() + m_currentGroup + kGroupFirstChild), name, length, limit, &more);
+}
+
+// The search of TTaggedStream::FindNode, node for node: from behind the last
+// node found when the hint is for this group, else from the first child.
+int TTaggedInputStream::Search(char const* tag, int index, int hintMode) const
+{
+    unsigned int const size = m_input.Size();
+    if (!UseRawTags() || m_currentGroup <= 0 || !tag || static_cast<unsigned>(m_currentGroup) + kGroupHead > size)
+        return 0;
+    char buffer[kMaxIndexedTag + 16];
+    char const* name = tag;
+    int length;
+    if (index != 0) {
+        length = SpellIndexedName(tag, index, buffer);
+        buffer[length] = 0;
+        name = buffer;
+    } else {
+        length = static_cast<int>(std::strlen(tag));
+    }
+    int const firstChild = IntAt(m_input.Start() + m_currentGroup + kGroupFirstChild);
+    bool const hinted = hintMode != 0 && m_currentGroup == m_lastGroup && m_lastFound > 0
+                        && static_cast<unsigned>(m_lastFound) + kSmallHead <= size;
+    int const start = hinted ? IntAt(m_input.Start() + m_lastFound + kNodeNext) : firstChild;
+    bool more;
+    int found = Walk(start, name, length, kShortWalk, &more);
+    if (more) {
+        found = SearchIndexed(start, hinted, name, length);
+    } else if (found == 0 && hinted) {
+        found = Walk(firstChild, name, length, kShortWalk, &more);
+        if (more)
+            found = SearchIndexed(firstChild, false, name, length);
+    }
+    if (hintMode == 1) {
+        m_lastFound = found;
+        m_lastGroup = m_currentGroup;
+    }
+    return found;
+}
+
+bool TTaggedInputStream::ExistKey(char const* tag, int index, int hintMode) const
+{
+    return tag && Search(GetFormattedTag(tag), index, hintMode) != 0;
+}
+
 bool TTaggedInputStream::MoveDown(char const* tag, int index)
 {
     if (!IsValid() || !tag)
@@ -356,7 +450,7 @@ bool TTaggedInputStream::MoveDown(char const* tag, int index)
     if (!UseRawTags())
         return true;
     if (!std::strchr(tag, '/')) {
-        int const found = FindNode(tag, index, 1);
+        int const found = Search(tag, index, 1);
         if (found == 0)
             return false;
         m_currentGroup = found;
@@ -375,7 +469,7 @@ bool TTaggedInputStream::MoveDown(char const* tag, int index)
         if (length > 0) {
             bool const last = !slash || slash[1 + std::strspn(slash + 1, "/")] == 0;
             TString<char> const name(piece, length_t(static_cast<unsigned>(length)));
-            int const found = FindNode(name.c_str(), last ? index : 0, 1);
+            int const found = Search(name.c_str(), last ? index : 0, 1);
             if (found == 0)
                 return false;
             m_currentGroup = found;
@@ -399,7 +493,7 @@ void TTaggedInputStream::MoveUp()
 
 unsigned char const* TTaggedInputStream::MoveToDataStart(char const* tag, int index, int* node)
 {
-    int const found = FindNode(GetFormattedTag(tag), index, 1);
+    int const found = Search(GetFormattedTag(tag), index, 1);
     if (node)
         *node = found;
     if (found == 0)
@@ -752,7 +846,7 @@ int TTaggedInputStream::GetBinarySize(char const* tag, int index)
         m_input.SetPosition(position);
         return stored;
     }
-    int const node = FindNode(GetFormattedTag(tag), index, 2);
+    int const node = Search(GetFormattedTag(tag), index, 2);
     if (node == 0)
         return 0;
     if (!m_xmlConvert)

@@ -10,6 +10,7 @@
 class QByteArray;
 class QString;
 class QUuid;
+class TNodeFinder;
 
 // Whether opening a block checks the stored size and CRC-32.
 enum EChecksum : int
@@ -74,6 +75,7 @@ public:
     // Groups and values are not told apart by name.
     bool MoveDown(char const* tag, int index = 0);
     void MoveUp() override;
+    bool ExistKey(char const* tag, int index, int hintMode) const override;
     char const* GetFormattedTag(char const* tag) const override;
     // Puts the stream position on the data of the value and returns it, with
     // the node's offset in *node; null and 0 when absent.
@@ -149,6 +151,10 @@ protected:
 
 private:
     void Open(void const* data, unsigned int size, EChecksum checksum);
+    // FindNode, with long walks answered by the name index.
+    int Search(char const* tag, int index, int hintMode) const;
+    int Walk(int node, char const* name, int length, unsigned int limit, bool* more) const;
+    int SearchIndexed(int start, bool wrap, char const* name, int length) const;
     bool ConvertFromXml();
     void FailDamaged();
     void ReleaseBlock();
@@ -162,6 +168,7 @@ private:
     bool ReadsPastEnd(unsigned int bytes) const { return m_input.GetSizeLeft() < bytes; }
 
     TInputMemoryStream m_input;
+    mutable TNodeFinder* m_finder;
     TString<char> m_fileType;
     // Names the document in the damage message.
     TString<char16_t> m_sourceName;

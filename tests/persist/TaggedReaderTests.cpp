@@ -1,3 +1,4 @@
+#include "math/TRandomizer.h"
 #include "persist/TTaggedInputStream.h"
 #include "persist/TTaggedOutputStream.h"
 #include "text/TString.h"
@@ -385,4 +386,69 @@ TEST(TaggedReader, XmlNamesAndTextOddities)
     ASSERT_TRUE(in.MoveDown("y"));
     EXPECT_EQ(in.GetValue(0, "after"), 5);
     EXPECT_TRUE(in.MoveDown("/tag"));
+}
+
+namespace {
+
+// The search as a plain walk of the sibling list: from behind the hint's
+// node when the hint is for this group, and over from the first child.
+int ReferenceFind(unsigned char const* base, int group, int lastFound, int lastGroup, std::string const& name)
+{
+    auto intAt = [&](int at) {
+        int value;
+        std::memcpy(&value, base + at, 4);
+        return value;
+    };
+    auto walk = [&](int node) {
+        for (; node > 0; node = intAt(node))
+            if (name == reinterpret_cast<char const*>(base + node + base[node + 6]))
+                return node;
+        return 0;
+    };
+    int const first = intAt(group + 12);
+    if (group == lastGroup && lastFound > 0) {
+        int const found = walk(intAt(lastFound));
+        return found ? found : walk(first);
+    }
+    return walk(first);
+}
+
+} // namespace
+
+// Long lists go through a name index; whatever the order and the hint, the
+// node found is the one a walk finds, duplicates included.
+TEST(TaggedReader, LookupsMatchAPlainWalk)
+{
+    TTaggedOutputStream out(streamModeRawTags, "Doc");
+    out.MoveDown("list");
+    for (int i = 0; i < 300; ++i) {
+        out.SetValue(i, "v", i % 120); // names repeat
+        if (i % 7 == 0)
+            out.SetValue(-i, "dup");
+    }
+    out.MoveUp();
+    QByteArray const document = out.GetAsByteArray();
+    TTaggedInputStream in(streamModeRawTags, document, checksumOn);
+    ASSERT_TRUE(in.MoveDown("list"));
+    int const group = in.GetCurrentGroup();
+    TRandomizer random(5);
+    std::vector<int> seen{0};
+    for (int round = 0; round < 3000; ++round) {
+        int const which = random.Get(130);
+        bool const dup = which >= 120 && which < 125;
+        std::string const name = dup ? "dup" : "v" + (which == 0 ? std::string() : std::to_string(which));
+        int lastFound;
+        int lastGroup;
+        in.GetSearchHint(&lastFound, &lastGroup);
+        if (random.Get(10) == 0) {
+            // A hint restored from earlier, as composite restores do.
+            lastFound = seen[static_cast<size_t>(random.Get(static_cast<int>(seen.size())))];
+            in.SetSearchHint(lastFound, lastGroup);
+        }
+        int const expected = ReferenceFind(in.Start(), group, lastFound, lastGroup, name);
+        int node = -1;
+        in.MoveToDataStart(dup ? "dup" : "v", dup ? 0 : which, &node);
+        ASSERT_EQ(node, expected) << round;
+        seen.push_back(node);
+    }
 }
