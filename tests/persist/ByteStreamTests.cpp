@@ -170,18 +170,6 @@ TEST(ByteStreamWrite, AppendsBehindAnAdoptedBlock)
     EXPECT_EQ(Written(out), B("xyz!"));
 }
 
-TEST(ByteStreamWrite, AutoDeleteOffHandsTheBlockOver)
-{
-    void* block = nullptr;
-    {
-        TOutputMemoryStream out(32, autoDeleteOff);
-        out.WriteString("kept", true);
-        block = out.Start();
-    }
-    EXPECT_STREQ(static_cast<char*>(block), "kept");
-    free_ex(block);
-}
-
 TEST(ByteStreamWrite, StringThenAlignPadsByTheStringLength)
 {
     TOutputMemoryStream out;

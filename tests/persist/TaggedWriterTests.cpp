@@ -231,22 +231,6 @@ TEST(TaggedWriterXml, EmptyDocumentAndIndexSpelling)
     EXPECT_EQ(Text(stream), kDeclaration + "<X>\r\n\t<abcd-12>1</abcd-12>\r\n\t<track-3>\r\n\t</track-3>\r\n</X>\r\n");
 }
 
-TEST(TaggedWriterRaw, SmallValueNameTakesFourBytes)
-{
-    TTaggedOutputStream stream(streamModeRawTags, "T");
-    stream.SetValue(5, "a", 0);
-    std::vector<unsigned char> const bytes = Document(stream);
-    std::vector<Node> const nodes = Children(bytes, 16);
-    ASSERT_EQ(nodes.size(), 1u);
-    EXPECT_EQ(nodes[0].offset, 44);
-    EXPECT_EQ(nodes[0].dataOffset, 12);
-    EXPECT_EQ(bytes.size() - 44, 16u); // the node's whole share
-
-    TTaggedOutputStream indexed(streamModeRawTags, "T");
-    indexed.SetValue(1, "abcd", 12);
-    EXPECT_EQ(Children(Document(indexed), 16)[0].name, "abcd12");
-}
-
 TEST(TaggedWriterRaw, BinaryOf255IsSmallAnd256IsBig)
 {
     std::vector<unsigned char> data(256);
@@ -310,10 +294,12 @@ TEST(TaggedWriterRaw, IndexedNamesKeep200CharactersOfTheTag)
     TTaggedOutputStream stream(streamModeRawTags, "T");
     stream.SetValue(1, tag.c_str(), 45);
     stream.SetValue(2, tag.c_str(), 0);
+    stream.SetValue(3, "abcd", 12);
     std::vector<Node> const nodes = Children(Document(stream), 16);
-    ASSERT_EQ(nodes.size(), 2u);
+    ASSERT_EQ(nodes.size(), 3u);
     EXPECT_EQ(nodes[0].name, std::string(200, 'q') + "45");
     EXPECT_EQ(nodes[1].name, tag);
+    EXPECT_EQ(nodes[2].name, "abcd12");
 }
 
 TEST(TaggedWriterRaw, EveryValueType)

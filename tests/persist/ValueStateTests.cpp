@@ -11,7 +11,6 @@
 #include <QStringList>
 #include <gtest/gtest.h>
 
-#include <cstring>
 #include <string>
 
 namespace {
@@ -88,30 +87,4 @@ TEST(ValueStateWrite, DateTimeIsItsDataStreamForm)
     TTaggedOutputStream stream(streamModeXml, "T");
     WriteState(time, stream, 0, "t", 0);
     EXPECT_EQ(Body(stream), "\t<t>" + expected.toBase64().toStdString() + "</t>\r\n");
-}
-
-TEST(ValueStateWrite, RawGroupsComeBackToTheirParent)
-{
-    TTaggedOutputStream stream(streamModeRawTags, "T");
-    int const root = stream.GetCurrentGroup();
-    WriteState(QRect(0, 0, 2, 2), stream, 0, "r", 0);
-    EXPECT_EQ(stream.GetCurrentGroup(), root);
-    WriteState(QStringList{"only"}, stream, 0, "l", 0);
-    EXPECT_EQ(stream.GetCurrentGroup(), root);
-    stream.SetValue(1, "after");
-    unsigned int const size = stream.CloseWriting();
-    std::string const bytes(reinterpret_cast<char const*>(stream.Start()), size);
-    // Root's children: r, l, after; r's four and l's two children inside.
-    EXPECT_NE(bytes.find(std::string("L\0\0\0", 4)), std::string::npos);
-    EXPECT_NE(bytes.find(std::string("num\0", 4)), std::string::npos);
-    EXPECT_NE(bytes.find(std::string("after\0", 6)), std::string::npos);
-    int first;
-    std::memcpy(&first, stream.Start() + root + 12, 4);
-    int next;
-    std::memcpy(&next, stream.Start() + first, 4);
-    int last;
-    std::memcpy(&last, stream.Start() + root + 16, 4);
-    EXPECT_EQ(std::string(reinterpret_cast<char const*>(stream.Start() + first + 20)), "r");
-    EXPECT_EQ(std::string(reinterpret_cast<char const*>(stream.Start() + next + 20)), "l");
-    EXPECT_EQ(std::string(reinterpret_cast<char const*>(stream.Start() + last + 8)), "after");
 }
