@@ -39,6 +39,8 @@ void* Avx2Move(void const* source, void* target, size_t size);
 void Avx2Zero(void* target, size_t size);
 void Avx2Fill(void* target, uint64_t pattern, size_t size);
 bool Avx2IsZero(void const* data, size_t size);
+void* Avx512Copy(void const* source, void* target, size_t size);
+void* Avx512Move(void const* source, void* target, size_t size);
 uint32_t Crc32Pclmul(uint32_t crc, void const* data, size_t size);
 uint32_t Crc32Vpclmul(uint32_t crc, void const* data, size_t size);
 size_t Avx2Base64Encode(unsigned char const* data, size_t size, char* text);

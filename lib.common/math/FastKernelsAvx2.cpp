@@ -1,4 +1,4 @@
-// Memory kernels with 32-byte moves. Blocks up to a few KiB are done here
+// Memory kernels with 32-byte moves. Blocks up to 16 KiB are done here
 // without the C library's size dispatch; larger ones go to it, since it picks
 // string instructions or streaming stores by cache size there.
 //
@@ -18,14 +18,18 @@
 
 namespace {
 
-constexpr size_t kLargeBlock = 4096;
+// Helpers are always expanded in place: taken out of line they would pass
+// vector registers through the stack.
+#define COMMON_VECTOR_INLINE inline __attribute__((always_inline))
 
-inline __m256i Load(unsigned char const* p)
+constexpr size_t kLargeBlock = 16384;
+
+COMMON_VECTOR_INLINE __m256i Load(unsigned char const* p)
 {
     return _mm256_loadu_si256(reinterpret_cast<__m256i const*>(p));
 }
 
-inline void Store(unsigned char* p, __m256i v)
+COMMON_VECTOR_INLINE void Store(unsigned char* p, __m256i v)
 {
     _mm256_storeu_si256(reinterpret_cast<__m256i*>(p), v);
 }
@@ -35,12 +39,12 @@ struct TChunk
     __m256i a, b, c, d;
 };
 
-inline TChunk LoadChunk(unsigned char const* p)
+COMMON_VECTOR_INLINE TChunk LoadChunk(unsigned char const* p)
 {
     return { Load(p), Load(p + 32), Load(p + 64), Load(p + 96) };
 }
 
-inline void StoreChunk(unsigned char* p, TChunk const& v)
+COMMON_VECTOR_INLINE void StoreChunk(unsigned char* p, TChunk const& v)
 {
     Store(p, v.a);
     Store(p + 32, v.b);
@@ -50,7 +54,7 @@ inline void StoreChunk(unsigned char* p, TChunk const& v)
 
 // 64 to 256 bytes: everything is loaded before anything is stored, so the
 // ranges may overlap.
-inline void MoveUpTo256(unsigned char const* s, unsigned char* t, size_t size)
+COMMON_VECTOR_INLINE void MoveUpTo256(unsigned char const* s, unsigned char* t, size_t size)
 {
     if (size <= 128) {
         __m256i const a = Load(s), b = Load(s + 32);
@@ -67,7 +71,7 @@ inline void MoveUpTo256(unsigned char const* s, unsigned char* t, size_t size)
     StoreChunk(t + size - 128, tail);
 }
 
-inline void StoreChunkAligned(unsigned char* p, TChunk const& v)
+COMMON_VECTOR_INLINE void StoreChunkAligned(unsigned char* p, TChunk const& v)
 {
     auto* q = reinterpret_cast<__m256i*>(p);
     _mm256_store_si256(q, v.a);
@@ -78,7 +82,7 @@ inline void StoreChunkAligned(unsigned char* p, TChunk const& v)
 
 // Over 256 bytes, ascending, with aligned stores. The ends are read first and
 // written last, so a target below an overlapping source is safe too.
-inline void MoveForward(unsigned char const* s, unsigned char* t, size_t size)
+COMMON_VECTOR_INLINE void MoveForward(unsigned char const* s, unsigned char* t, size_t size)
 {
     __m256i const head = Load(s);
     TChunk const tail = LoadChunk(s + size - 128);
@@ -90,7 +94,7 @@ inline void MoveForward(unsigned char const* s, unsigned char* t, size_t size)
 }
 
 // Over 256 bytes, descending, for a target above an overlapping source.
-inline void MoveBackward(unsigned char const* s, unsigned char* t, size_t size)
+COMMON_VECTOR_INLINE void MoveBackward(unsigned char const* s, unsigned char* t, size_t size)
 {
     TChunk const head = LoadChunk(s);
     __m256i const tail = Load(s + size - 32);
@@ -101,7 +105,7 @@ inline void MoveBackward(unsigned char const* s, unsigned char* t, size_t size)
     Store(t + size - 32, tail);
 }
 
-inline void StoreRepeated(unsigned char* t, __m256i v, size_t size)
+COMMON_VECTOR_INLINE void StoreRepeated(unsigned char* t, __m256i v, size_t size)
 {
     if (size <= 64) {
         Store(t, v);
@@ -120,6 +124,8 @@ inline void StoreRepeated(unsigned char* t, __m256i v, size_t size)
     if (at < size)
         Store(t + size - 32, v);
 }
+
+#undef COMMON_VECTOR_INLINE
 
 } // namespace
 

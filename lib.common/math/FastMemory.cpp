@@ -93,7 +93,7 @@ TFastMemoryKernels const g_fastMemoryKernels[] = {
     { GenericCopy, GenericMove, GenericZero, GenericFill },
 #if COMMON_X86_KERNELS
     { Avx2Copy, Avx2Move, Avx2Zero, Avx2Fill },
-    { Avx2Copy, Avx2Move, Avx2Zero, Avx2Fill },
+    { Avx512Copy, Avx512Move, Avx2Zero, Avx2Fill },
 #endif
 };
 
