@@ -9,6 +9,7 @@
 #include <climits>
 #include <cstdint>
 #include <cstring>
+#include <functional>
 
 #if defined(__SSE2__)
 #include <emmintrin.h>
@@ -218,6 +219,18 @@ void ExplodeExInto(T const* text, T const* separator, bool trim, bool keepEmpty,
 }
 
 template <class T>
+TString<T> const& Deref(TString<T> const& s)
+{
+    return s;
+}
+
+template <class T>
+TString<T> const& Deref(LString<T> const* s)
+{
+    return *s;
+}
+
+template <class T>
 struct TVectorSink
 {
     TVector<TString<T>>& out;
@@ -242,11 +255,26 @@ struct TListSink
     void operator()(T const* piece, int length) { out.Append(new LString<T>(piece, length_t(unsigned(length)))); }
 };
 
+// The string of out that holds text, shared, so that text outlives the
+// clearing of out: a caller may split one of the pieces it holds.
+template <class T, class Strings>
+TString<T> HoldIfInside(Strings const& out, T const* text)
+{
+    std::less<T const*> const before;
+    for (auto const& piece : out) {
+        TString<T> const& s = Deref(piece);
+        if (text && !before(text, s.c_str()) && !before(s.c_end(), text))
+            return s;
+    }
+    return TString<T>();
+}
+
 } // namespace
 
 template <class T>
 void ExplodeString(TVector<TString<T>>& out, T const* text, T const* separators, bool trim, bool keepEmpty)
 {
+    TString<T> const held = HoldIfInside(out, text);
     out.Clear();
     ExplodeInto(text, separators, trim, keepEmpty, TVectorSink<T>{out});
 }
@@ -254,6 +282,7 @@ void ExplodeString(TVector<TString<T>>& out, T const* text, T const* separators,
 template <class T>
 void ExplodeString(TFlexList<LString<T>>& out, T const* text, T const* separators, bool trim, bool keepEmpty)
 {
+    TString<T> const held = HoldIfInside(out, text);
     out.Clear();
     ExplodeInto(text, separators, trim, keepEmpty, TListSink<T>{out});
 }
@@ -261,6 +290,7 @@ void ExplodeString(TFlexList<LString<T>>& out, T const* text, T const* separator
 template <class T>
 void ExplodeStringEx(TVector<TString<T>>& out, T const* text, T const* separator, bool trim, bool keepEmpty)
 {
+    TString<T> const held = HoldIfInside(out, text);
     out.Clear();
     ExplodeExInto(text, separator, trim, keepEmpty, TVectorSink<T>{out});
 }

@@ -84,6 +84,13 @@ TYPED_TEST(StringSplit, SeparatorsInARowCountAsOneUnlessEmptyPiecesAreKept)
     EXPECT_EQ(this->Explode("a,b;c,;d", ",;", false, false), (Strings{"a", "b", "c", "d"}));
     // More separators than are searched one by one.
     EXPECT_EQ(this->Explode("a1b2c3d4e5f6", "123456", false, true), (Strings{"a", "b", "c", "d", "e", "f", ""}));
+    // The text may be one of the pieces that the output holds.
+    using T = TypeParam;
+    TVector<TString<T>> pieces;
+    pieces.Add(TString<T>("x"));
+    pieces.Add(TString<T>("a;b"));
+    ExplodeString(pieces, pieces[1].c_str() + 0, L<T>(";").c_str(), false, false);
+    EXPECT_EQ(Pieces(pieces), (Strings{"a", "b"}));
 }
 
 TYPED_TEST(StringSplit, TrimTakesBlanksAndDropsWhatBecomesEmpty)
