@@ -121,6 +121,11 @@ public:
     long long GetCompareMode() const { return m_compareMode; }
     // The count that a save writes as "Siz".
     int CountWritableElements(long long context) const;
+    // A group with the count "Siz" and the elements "E", "E1"..., each after
+    // its "IDS" or "ID" when it names its class. Restoring appends what the
+    // factory makes. Defined with the tagged streams, in persist/.
+    void WriteState(TTaggedOutputStream& stream, long long context, char const* tag, int index) const;
+    bool RestoreState(TTaggedInputStream& stream, long long context, char const* tag, int index);
 
 protected:
     TLinkChain<TListElement> Chain() const

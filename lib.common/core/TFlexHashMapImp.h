@@ -72,6 +72,9 @@ public:
     bool GetAutoSize() const { return m_autoSize; }
     // The first table size above wanted, or 0 when there is none.
     static int TableSizeFor(int wanted);
+    // Clears by the ownership rule, restores as a list, then rebuilds the
+    // table. Defined with the tagged streams, in persist/.
+    bool RestoreState(TTaggedInputStream& stream, long long context, char const* tag, int index);
 
 private:
     // Operations of the list that would leave the table behind.

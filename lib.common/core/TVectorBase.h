@@ -114,6 +114,10 @@ public:
 
     // The count that a save writes as "Siz".
     int CountWritableElements(long long context) const;
+    // The state of a list; "Siz" leaves out what CanWrite refuses, but every
+    // element is written. Defined with the tagged streams, in persist/.
+    void WriteState(TTaggedOutputStream& stream, long long context, char const* tag, int index) const;
+    bool RestoreState(TTaggedInputStream& stream, long long context, char const* tag, int index);
 
 protected:
     TObject** Data() const { return reinterpret_cast<TObject**>(m_slots); }

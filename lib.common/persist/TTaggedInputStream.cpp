@@ -7,6 +7,7 @@
 #include "math/MemoryAlloc.h"
 #include "persist/ByteSwap.h"
 #include "persist/ComposeBuffer.h"
+#include "persist/DecimalText.h"
 #include "persist/TNodeFinder.h"
 #include "persist/TXmlParserForTagStream.h"
 #include "text/TRegExpr.h"
@@ -543,6 +544,19 @@ int TTaggedInputStream::NodeDataSize(int node) const
     return IntAt(head + kBigValueSize);
 }
 
+// The decimal text at the position, read in place when its zero lies in the
+// block.
+long long TTaggedInputStream::ReadDecimal()
+{
+    auto const* text = reinterpret_cast<char const*>(m_input.GetHeadPointer());
+    unsigned int const left = m_input.GetSizeLeft();
+    if (left > 0 && std::memchr(text, 0, left))
+        return ParseDecimal(text);
+    TString<char> copy;
+    m_input.ReadString(copy);
+    return ParseDecimal(copy.c_str());
+}
+
 template <class T>
 T TTaggedInputStream::GetNumber(T def, char const* tag, int index)
 {
@@ -558,12 +572,11 @@ T TTaggedInputStream::GetNumber(T def, char const* tag, int index)
         m_xmlConvert = true;
         if (!found)
             return def;
-        TString<char> text;
-        m_input.ReadString(text);
+        long long const value = ReadDecimal();
         if constexpr (std::is_same_v<T, bool>)
-            return std::strtol(text.c_str(), nullptr, 10) != 0;
+            return value != 0;
         else
-            return static_cast<T>(static_cast<TStored<T>>(text.to_int64()));
+            return static_cast<T>(static_cast<TStored<T>>(value));
     }
     if (UseRawTags() && !MoveToDataStart(tag, index, nullptr))
         return def;

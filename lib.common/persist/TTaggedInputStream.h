@@ -163,7 +163,7 @@ private:
     T GetNumber(T def, char const* tag, int index);
     template <class T>
     T GetFloat(T def, char const* tag, int index);
-    TString<char> ReadNarrowText(char const* def, char const* tag, int index);
+    long long ReadDecimal();
     int NodeDataSize(int node) const;
     bool ReadsPastEnd(unsigned int bytes) const { return m_input.GetSizeLeft() < bytes; }
 
@@ -180,32 +180,42 @@ private:
     bool m_isInitialized;
 };
 
-// Remembers the current group and the search hint, enters a group, and puts
-// all three back on leaving, whatever happened: the frame of every
-// RestoreState of a composite value.
-class COMMON_EXPORT TScopedInputGroup
+// Remembers the current group and the search hint and puts them back on
+// leaving, whatever happened.
+class COMMON_EXPORT TScopedSearchPlace
 {
 public:
-    TScopedInputGroup(TTaggedInputStream& stream, char const* tag, int index) : m_stream(stream)
+    explicit TScopedSearchPlace(TTaggedInputStream& stream) : m_stream(stream), m_group(stream.GetCurrentGroup())
     {
-        m_group = stream.GetCurrentGroup();
         stream.GetSearchHint(&m_lastFound, &m_lastGroup);
-        m_found = stream.MoveDown(tag, index);
     }
-    ~TScopedInputGroup()
+    ~TScopedSearchPlace()
     {
         m_stream.SetCurrentGroup(m_group);
         m_stream.SetSearchHint(m_lastFound, m_lastGroup);
     }
-    TScopedInputGroup(TScopedInputGroup const&) = delete;
-    TScopedInputGroup& operator=(TScopedInputGroup const&) = delete;
-
-    bool Found() const { return m_found; }
+    TScopedSearchPlace(TScopedSearchPlace const&) = delete;
+    TScopedSearchPlace& operator=(TScopedSearchPlace const&) = delete;
 
 private:
     TTaggedInputStream& m_stream;
     int m_group;
     int m_lastFound;
     int m_lastGroup;
+};
+
+// Enters a group for as long as it lives: the frame of every RestoreState
+// of a composite value.
+class COMMON_EXPORT TScopedInputGroup : private TScopedSearchPlace
+{
+public:
+    TScopedInputGroup(TTaggedInputStream& stream, char const* tag, int index)
+        : TScopedSearchPlace(stream), m_found(stream.MoveDown(tag, index))
+    {
+    }
+
+    bool Found() const { return m_found; }
+
+private:
     bool m_found;
 };

@@ -1,7 +1,9 @@
 #include "persist/TXmlParser.h"
 
+#include "persist/DecimalText.h"
 #include "persist/XmlScanPatterns.h"
 
+#include <climits>
 #include <cstdlib>
 #include <cstring>
 
@@ -95,8 +97,10 @@ void TXmlParser::Execute()
         int index = 0;
         for (int i = tagLength - 1; i >= 0; --i) {
             if (tag[i] == '-') {
-                // The ">" behind the tag ends the number.
-                index = static_cast<int>(std::strtol(tag + i + 1, nullptr, 10));
+                // The ">" behind the tag ends the number, which saturates
+                // as a 32-bit strtol does.
+                long long const number = ParseDecimal(tag + i + 1);
+                index = number > INT_MAX ? INT_MAX : number < INT_MIN ? INT_MIN : static_cast<int>(number);
                 tagLength = i;
                 break;
             }
