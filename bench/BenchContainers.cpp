@@ -81,12 +81,9 @@ std::vector<unsigned> HashKeys(int count)
 void ListSortCommon(benchmark::State& state)
 {
     int const count = static_cast<int>(state.range(0));
-    std::vector<std::unique_ptr<Keyed>> storage;
-    TDoubleList list(autoDeleteOff);
-    for (int i = 0; i < count; ++i) {
-        storage.push_back(std::make_unique<Keyed>());
-        list.Append(storage.back().get());
-    }
+    TDoubleList list(autoDeleteOn);
+    for (int i = 0; i < count; ++i)
+        list.Append(new Keyed());
     uint64_t seed = 1;
     for (auto _ : state) {
         state.PauseTiming();
@@ -96,7 +93,6 @@ void ListSortCommon(benchmark::State& state)
         state.ResumeTiming();
         list.Sort();
     }
-    list.DetachAll();
 }
 
 void ListSortStd(benchmark::State& state)
@@ -421,10 +417,10 @@ void SlotSortStd(benchmark::State& state)
 
 } // namespace
 
-BENCHMARK(ListSortCommon)->Name("ListSort/common")->Arg(kCount)->Unit(benchmark::kMillisecond);
-BENCHMARK(ListSortStd)->Name("ListSort/std_list")->Arg(kCount)->Unit(benchmark::kMillisecond);
-BENCHMARK(VectorSortCommon)->Name("VectorSort/common")->Arg(kCount)->Unit(benchmark::kMillisecond);
-BENCHMARK(VectorSortStd)->Name("VectorSort/std_sort")->Arg(kCount)->Unit(benchmark::kMillisecond);
+BENCHMARK(ListSortCommon)->Name("ListSort/common")->Arg(kCount)->Unit(benchmark::kMillisecond)->Iterations(6);
+BENCHMARK(ListSortStd)->Name("ListSort/std_list")->Arg(kCount)->Unit(benchmark::kMillisecond)->Iterations(6);
+BENCHMARK(VectorSortCommon)->Name("VectorSort/common")->Arg(kCount)->Unit(benchmark::kMillisecond)->Iterations(6);
+BENCHMARK(VectorSortStd)->Name("VectorSort/std_sort")->Arg(kCount)->Unit(benchmark::kMillisecond)->Iterations(6);
 BENCHMARK(BinaryFindCommon)->Name("BinaryFind/common")->Arg(kCount);
 BENCHMARK(BinaryFindStd)->Name("BinaryFind/std_lower_bound")->Arg(kCount);
 BENCHMARK(HashAddCommon)->Name("HashAdd/common")->Arg(kCount)->Unit(benchmark::kMillisecond);
