@@ -33,7 +33,7 @@ public:
     void Absorb(TFlexHashMapImp& other);
 
     THashableElement* Detach(THashableElement* e);
-    // Deletes whatever the ownership bit says.
+    // Always deletes, owning or not.
     void Delete(THashableElement* e);
     void DetachAll();
     void DeleteAll();
