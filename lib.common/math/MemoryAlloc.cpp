@@ -15,8 +15,10 @@ void* malloc_ex(int size)
 {
     if (size == 0)
         return nullptr;
-    if (size < 0)
+    if (size < 0) {
         ThrowIfNoMemory(nullptr);
+        return nullptr;
+    }
     void* block = std::malloc(static_cast<size_t>(size));
     if (!block)
         ThrowIfNoMemory(nullptr);
@@ -31,8 +33,10 @@ void* realloc_ex(void* pointer, int size)
         std::free(pointer);
         return nullptr;
     }
-    if (size < 0)
+    if (size < 0) {
         ThrowIfNoMemory(nullptr);
+        return nullptr;
+    }
     void* block = std::realloc(pointer, static_cast<size_t>(size));
     if (!block)
         ThrowIfNoMemory(nullptr);
