@@ -3,6 +3,8 @@
 #include "core/TVectorBase.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <iterator>
 #include <new>
 #include <type_traits>
 #include <utility>
@@ -45,13 +47,46 @@ public:
 
     T* operator[](int index) const { return Cast(TVectorBase::At(index)); }
     T* At(int index) const { return Cast(TVectorBase::At(index)); }
-    // Pointer ranges for iteration. T must have TObject at offset 0 (single
-    // inheritance) for these; the element accessors above have no such need.
-    T** First() { return Slots(); }
-    T** Last() { return Slots() + m_count - 1; }
-    T** End() { return Slots() + m_count; }
-    T* const* begin() const { return Slots(); }
-    T* const* end() const { return Slots() + m_count; }
+    // for (T* e : vector). The slots hold TObject pointers, which each step
+    // converts: T need not have TObject at offset 0.
+    class iterator
+    {
+    public:
+        using iterator_category = std::random_access_iterator_tag;
+        using value_type = T*;
+        using difference_type = std::ptrdiff_t;
+        using pointer = T* const*;
+        using reference = T*;
+
+        explicit iterator(TObject* const* at) : m_at(at) {}
+        T* operator*() const { return Cast(*m_at); }
+        T* operator[](difference_type n) const { return Cast(m_at[n]); }
+        iterator& operator++()
+        {
+            ++m_at;
+            return *this;
+        }
+        iterator& operator--()
+        {
+            --m_at;
+            return *this;
+        }
+        iterator& operator+=(difference_type n)
+        {
+            m_at += n;
+            return *this;
+        }
+        iterator operator+(difference_type n) const { return iterator(m_at + n); }
+        difference_type operator-(iterator const& other) const { return m_at - other.m_at; }
+        bool operator==(iterator const& other) const { return m_at == other.m_at; }
+        bool operator!=(iterator const& other) const { return m_at != other.m_at; }
+        bool operator<(iterator const& other) const { return m_at < other.m_at; }
+
+    private:
+        TObject* const* m_at;
+    };
+    iterator begin() const { return iterator(ConstFirst()); }
+    iterator end() const { return iterator(ConstEnd()); }
 
     T* Add(T* e) { return Cast(TVectorBase::Add(e)); }
     T* Append(T* e) { return Cast(TVectorBase::Add(e)); }
@@ -146,7 +181,6 @@ private:
         void* data;
     };
     static T* Cast(TObject* e) { return static_cast<T*>(e); }
-    T** Slots() const { return reinterpret_cast<T**>(m_slots); }
     static bool CallTest(TObject* e, void* closure)
     {
         auto* c = static_cast<TClosure<TTest>*>(closure);

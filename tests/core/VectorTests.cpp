@@ -295,6 +295,36 @@ TEST(Vector, LinearFindsKeepTheEarlierAtTies)
     EXPECT_EQ(empty.LinearFindGreatest(&index), nullptr);
 }
 
+namespace {
+
+struct Prefix
+{
+    virtual ~Prefix() = default; // polymorphic, so it comes first in Behind
+    long long padding[3] = {};
+};
+
+// TObject does not stand at the start of this class.
+class Behind : public Prefix, public Item
+{
+public:
+    using Item::Item;
+};
+
+} // namespace
+
+TEST(Vector, IterationConvertsEachPointerToTheElementClass)
+{
+    TVector<Behind> vector(20, 20, autoDeleteOn);
+    for (int key : {1, 2, 3})
+        vector.Add(new Behind(key));
+    std::vector<int> keys;
+    for (Behind* e : vector)
+        keys.push_back(e->key);
+    EXPECT_EQ(keys, (std::vector<int>{1, 2, 3}));
+    EXPECT_EQ(*vector.begin(), vector[0]);
+    EXPECT_NE(static_cast<void*>(vector[0]), static_cast<void*>(static_cast<TObject*>(vector[0])));
+}
+
 TEST(ValueVector, HoldsValuesAndRunsTheirLifetimes)
 {
     TVector<int> numbers;
