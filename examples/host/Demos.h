@@ -5,3 +5,6 @@
 
 // Positions in every time family, levels, notes, file sizes and rates.
 void ShowTimeAndAudioValues();
+
+// An owning list of takes sorted by length, and markers found by name.
+void ShowContainers();

@@ -107,6 +107,8 @@ int main()
     ShowFrame();
     ShowStrings();
     ShowObjects();
+    Section("Containers");
+    ShowContainers();
     ShowFailures();
     Section("Time positions and audio values");
     ShowTimeAndAudioValues();
