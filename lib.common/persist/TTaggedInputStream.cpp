@@ -840,12 +840,30 @@ int TTaggedInputStream::GetBinary(void* out, void const* def, int size, char con
 
 QByteArray TTaggedInputStream::GetBinary(QByteArray const& def, char const* tag, int index)
 {
-    int const size = GetBinarySize(tag, index);
+    int size = GetBinarySize(tag, index);
+    if (size < 1)
+        return def;
+    // A stored size beyond the block can't be true: what the block holds is
+    // read, and nothing is allocated for the rest.
+    unsigned int const room = BinaryRoom(tag, index);
+    if (static_cast<unsigned>(size) > room)
+        size = static_cast<int>(room);
     if (size < 1)
         return def;
     QByteArray bytes(size, Qt::Uninitialized);
     GetBinary(bytes.data(), nullptr, size, tag, index);
     return bytes;
+}
+
+unsigned int TTaggedInputStream::BinaryRoom(char const* tag, int index) const
+{
+    if (m_xmlConvert)
+        return 0x7FFFFFFF; // the decoded size is measured
+    if (!UseRawTags())
+        return m_input.GetSizeLeft() > 4 ? m_input.GetSizeLeft() - 4 : 0;
+    int const node = Search(GetFormattedTag(tag), index, 2);
+    unsigned int const dataAt = static_cast<unsigned>(node) + m_input.Start()[node + kNodeDataOffset];
+    return node != 0 && dataAt < m_input.Size() ? m_input.Size() - dataAt : 0;
 }
 
 int TTaggedInputStream::GetBinarySize(char const* tag, int index)

@@ -165,6 +165,7 @@ private:
     T GetFloat(T def, char const* tag, int index);
     long long ReadDecimal();
     int NodeDataSize(int node) const;
+    unsigned int BinaryRoom(char const* tag, int index) const;
     bool ReadsPastEnd(unsigned int bytes) const { return m_input.GetSizeLeft() < bytes; }
 
     TInputMemoryStream m_input;

@@ -193,6 +193,21 @@ TEST(TaggedReaderDamage, OddFormsOfTheWriterAreNoDamage)
     EXPECT_EQ(in.GetValue(-1, "after"), -1);
 }
 
+TEST(TaggedReaderDamage, StoredSizesBeyondTheBlock)
+{
+    TTaggedOutputStream out(streamModePlain, "Doc");
+    out.SetBinary("abc", 3, "b");
+    QByteArray document = out.GetAsByteArray();
+    int const lengthAt = document.indexOf("abc") - 4;
+    PutInt(document, lengthAt, 0x7FFFFFF0);
+    TTaggedInputStream in(streamModePlain, document, checksumOff);
+    EXPECT_EQ(in.GetBinarySize("b"), 0x7FFFFFF0);
+    // What the block holds, and no allocation for the rest.
+    QByteArray const bytes = in.GetBinary(QByteArray(), "b");
+    EXPECT_EQ(bytes, document.mid(lengthAt + 4));
+    EXPECT_EQ(in.Input().GetPosition(), in.Size());
+}
+
 TEST(TaggedReaderDamage, FailedOpenFreesAnOwnedBlock)
 {
     QByteArray const good = SmallDocument(streamModeRawTags);
