@@ -37,6 +37,15 @@ struct TRegExprAccelerator;
 // class still tests single bytes, never whole characters, and a range can't
 // cross from 127 to 128, as characters compare signed.
 //
+// Backtracking restores the instruction only, not the position: a lazy loop
+// resumes where the rest of the pattern gave up (.*?bc finds "bc" in "abbc",
+// not "abbc"). A loop's turn that takes nothing fails, lazy ones included, and
+// ?? on an item of several instructions enters it at its second one.
+//
+// Parse refuses groups nested deeper than 256 as unclosed (2 or 3), and loops
+// whose copies would grow the program past some millions of instructions (+
+// nested twenty deep) as error 9. Any text either compiles or gives an error.
+//
 // One compiled object may serve several threads at once: matching keeps all
 // its state in locals and in the caller's TMatchContext. The interpreter has
 // no step limit, so a pattern can take exponential time.
