@@ -155,18 +155,23 @@ void TTaggedInputStream::ReleaseBlock()
 void TTaggedInputStream::Open(void const* data, unsigned int size, EChecksum checksum)
 {
     m_input.SetInputMemory(const_cast<void*>(data), size);
-    if (XML() && !ConvertFromXml()) {
-        FailDamaged();
-        return;
-    }
-    if (!InitTaggedInputStream(0, checksum)) {
-        FailDamaged();
-        return;
+    try {
+        if (XML())
+            ConvertFromXml();
+        if (!InitTaggedInputStream(0, checksum)) {
+            FailDamaged();
+            return;
+        }
+    } catch (...) {
+        // Out of memory on the way, or the damage itself: an owned block
+        // goes with the stream.
+        ReleaseBlock();
+        throw;
     }
     m_isInitialized = true;
 }
 
-bool TTaggedInputStream::ConvertFromXml()
+void TTaggedInputStream::ConvertFromXml()
 {
     unsigned int size = 0;
     unsigned char* document;
@@ -182,7 +187,6 @@ bool TTaggedInputStream::ConvertFromXml()
     m_input.SetInputMemory(document, size);
     m_mode = streamModeRawTags;
     m_xmlConvert = true;
-    return true;
 }
 
 void TTaggedInputStream::FailDamaged()
@@ -525,10 +529,12 @@ void TTaggedInputStream::ForEachGroup(TGroupCallback callback, unsigned long lon
             MoveDown(name, 0);
             bool const more = callback(this, name, count, user);
             MoveUp();
+            // Whatever the callback or a value taken for a group left, the
+            // walk goes on in its own group.
+            m_currentGroup = keep;
             if (!more)
                 return;
             ++count;
-            m_currentGroup = keep;
         }
         node = IntAt(m_input.Start() + at + kNodeNext);
     }

@@ -155,7 +155,7 @@ private:
     int Search(char const* tag, int index, int hintMode) const;
     int Walk(int node, char const* name, int length, unsigned int limit, bool* more) const;
     int SearchIndexed(int start, bool wrap, char const* name, int length) const;
-    bool ConvertFromXml();
+    void ConvertFromXml();
     void FailDamaged();
     void ReleaseBlock();
     bool CheckTree() const;

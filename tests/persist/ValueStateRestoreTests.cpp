@@ -148,29 +148,30 @@ TEST(ValueStateRestore, MissingValuesKeepOrReset)
     QByteArray const document = out.GetAsByteArray();
     TTaggedInputStream in(streamModeRawTags, document, checksumOn);
 
+    // Geometry goes back to its empty form; everything else keeps its value.
     QRect rect(1, 2, 3, 4);
-    EXPECT_FALSE(RestoreState(rect, in, 0, "none", 0));
-    EXPECT_EQ(rect, QRect());
     QSize size(5, 6);
-    EXPECT_FALSE(RestoreState_QSize(size, in, 0, "none", 0));
-    EXPECT_EQ(size, QSize(-1, -1));
     QPoint point(7, 8);
+    EXPECT_FALSE(RestoreState(rect, in, 0, "none", 0));
+    EXPECT_FALSE(RestoreState_QSize(size, in, 0, "none", 0));
     EXPECT_FALSE(RestoreState_QPoint(point, in, 0, "none", 0));
+    EXPECT_EQ(rect, QRect());
+    EXPECT_EQ(size, QSize(-1, -1));
     EXPECT_EQ(point, QPoint(0, 0));
-
     QStringList list{QStringLiteral("kept")};
-    EXPECT_FALSE(RestoreState(list, in, 0, "none", 0));
-    EXPECT_EQ(list, QStringList{QStringLiteral("kept")});
     QString text = QStringLiteral("kept");
-    EXPECT_TRUE(RestoreState_QString(text, in, 0, "none", 0));
-    EXPECT_EQ(text, QStringLiteral("kept"));
-    int number = 5;
-    EXPECT_TRUE(RestoreState(number, in, 0, "none", 0));
-    EXPECT_EQ(number, 5);
     TString<char> string("kept");
+    QDateTime time = QDateTime::fromSecsSinceEpoch(5);
+    EXPECT_FALSE(RestoreState(list, in, 0, "none", 0));
+    EXPECT_TRUE(RestoreState_QString(text, in, 0, "none", 0));
     EXPECT_FALSE(string.RestoreState(in, 0, "none", 0));
+    EXPECT_FALSE(RestoreState(time, in, 0, "none", 0));
+    EXPECT_EQ(list, QStringList{QStringLiteral("kept")});
+    EXPECT_EQ(text, QStringLiteral("kept"));
     EXPECT_STREQ(string.c_str(), "kept");
-
+    EXPECT_EQ(time, QDateTime::fromSecsSinceEpoch(5));
+    EXPECT_TRUE(RestoreQStringList(in, 0, "none", 0).isEmpty());
+    EXPECT_TRUE(RestoreMapStringStringList(in, 0, "none", 0).isEmpty());
     // An empty array answers false and is cleared, stored or not.
     QByteArray bytes("old");
     EXPECT_FALSE(RestoreStateBA(bytes, in, 0, "empty", 0));
@@ -178,11 +179,6 @@ TEST(ValueStateRestore, MissingValuesKeepOrReset)
     bytes = "old";
     EXPECT_FALSE(RestoreState_QByteArray(bytes, in, 0, "none", 0));
     EXPECT_TRUE(bytes.isEmpty());
-    QDateTime time = QDateTime::fromSecsSinceEpoch(5);
-    EXPECT_FALSE(RestoreState(time, in, 0, "none", 0));
-    EXPECT_EQ(time, QDateTime::fromSecsSinceEpoch(5));
-    EXPECT_TRUE(RestoreQStringList(in, 0, "none", 0).isEmpty());
-    EXPECT_TRUE(RestoreMapStringStringList(in, 0, "none", 0).isEmpty());
 }
 
 TEST(ValueStateRestore, ListFromEitherGeneration)
