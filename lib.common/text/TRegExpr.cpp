@@ -72,9 +72,18 @@ void TRegExprBase::FreeAccelerator()
     m_accelerator = nullptr;
 }
 
+namespace {
+
+// Blocks are sized in int bytes, and Match needs two words per memory cell.
+constexpr int kMaxProgramSize = INT_MAX / 32;
+
+} // namespace
+
 int TRegExprBase::AddInstructions(int count)
 {
     int const index = m_program.GetNumBusySlots();
+    if (count > kMaxProgramSize - index)
+        ThrowIfNoMemory(nullptr);
     int const needed = index + count;
     // The sequence grows linearly by itself; programs of nested loops double.
     if (needed > m_program.GetNumSlots())
