@@ -109,7 +109,7 @@ std::string Outcome(TRegExpr<T> const& expression, T const* text)
     bool const matched = expression.Match(context);
     // After a case-blind run an unset capture holds a shifted null, which
     // differs from run to run: anything outside the text prints as "x".
-    int const length = Text<T>("").GetLength() + TString<T>(text).GetLength();
+    int const length = TString<T>(text).GetLength();
     auto const offset = [text, length](T const* p) {
         auto const at = reinterpret_cast<intptr_t>(p) - reinterpret_cast<intptr_t>(text);
         return at >= 0 && at <= length * static_cast<intptr_t>(sizeof(T)) ? std::to_string(at / static_cast<intptr_t>(sizeof(T)))
