@@ -1,9 +1,8 @@
 #pragma once
 
 #include "core/TDoubleList.h"
+#include "core/TListIterator.h"
 
-#include <cstddef>
-#include <iterator>
 #include <type_traits>
 
 // TDoubleList retyped to T. No field and no behaviour of its own.
@@ -108,31 +107,8 @@ public:
     void Split(TFlexList& other, T* e) { TDoubleList::Split(other, e); }
     void SwapWith(TFlexList& other) { TDoubleList::SwapWith(other); }
 
-    // for (T* e : list): the next element is read before the body runs.
-    class iterator
-    {
-    public:
-        using iterator_category = std::forward_iterator_tag;
-        using value_type = T*;
-        using difference_type = std::ptrdiff_t;
-        using pointer = T* const*;
-        using reference = T*;
-
-        explicit iterator(TListElement* e) : m_current(e), m_next(e ? e->next : nullptr) {}
-        T* operator*() const { return Cast(m_current); }
-        iterator& operator++()
-        {
-            m_current = m_next;
-            m_next = m_current ? m_current->next : nullptr;
-            return *this;
-        }
-        bool operator==(iterator const& other) const { return m_current == other.m_current; }
-        bool operator!=(iterator const& other) const { return m_current != other.m_current; }
-
-    private:
-        TListElement* m_current;
-        TListElement* m_next;
-    };
+    // for (T* e : list)
+    using iterator = TListIterator<T>;
     iterator begin() const { return iterator(m_first); }
     iterator end() const { return iterator(nullptr); }
 
