@@ -26,11 +26,11 @@ void Run(uint8_t flags, uint8_t const* data, size_t size)
         std::basic_string<T> text;
         for (char const* p = source; *p; ++p)
             text += static_cast<T>(static_cast<unsigned char>(*p));
-        std::unique_ptr<T[]> exact(new T[text.size() + 1]);
-        std::copy(text.c_str(), text.c_str() + text.size() + 1, exact.get());
-        TMatchContext<T> context(exact.get());
-        bool const matched = expression.Match(context);
-        FuzzRegExpr::CheckOutcome(context, matched, exact.get(), caseSensitive);
+        FuzzRegExpr::OverGrowingTexts(text.c_str(), [&](T const* sample) {
+            TMatchContext<T> context(sample);
+            bool const matched = expression.Match(context);
+            FuzzRegExpr::CheckOutcome(context, matched, sample, caseSensitive);
+        });
     }
 }
 
