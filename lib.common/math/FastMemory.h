@@ -138,6 +138,29 @@ public:
         std::memcpy(t + size - 16, &d, 16);
     }
 
+    // size is 1 to 63. Every load comes before every store, so the ranges
+    // may overlap either way: a head and a tail block of the largest width
+    // that fits cover the range. Above 32 bytes the C library's wider moves
+    // win when a move reads what the last one wrote, so it keeps those.
+    COMMON_ALWAYS_INLINE static void MoveUpTo63(void const* source, void* target, int size)
+    {
+        auto const* s = static_cast<unsigned char const*>(source);
+        auto* t = static_cast<unsigned char*>(target);
+        if (size > 32) {
+            std::memmove(t, s, Opaque(size));
+        } else if (size >= 16) {
+            MoveHeadTail<TBlock16>(s, t, size);
+        } else if (size >= 8) {
+            MoveHeadTail<uint64_t>(s, t, size);
+        } else if (size >= 4) {
+            MoveHeadTail<uint32_t>(s, t, size);
+        } else if (size >= 2) {
+            MoveHeadTail<uint16_t>(s, t, size);
+        } else {
+            *t = *s;
+        }
+    }
+
     // Knowing that a size is 33 to 63, the compiler may replace the call of
     // the C library by a string instruction that is slower at such sizes.
     static size_t Opaque(int size)
@@ -162,6 +185,16 @@ public:
     }
 
 private:
+    // sizeof(W) <= size <= 2 * sizeof(W).
+    template <class W> COMMON_ALWAYS_INLINE static void MoveHeadTail(unsigned char const* s, unsigned char* t, int size)
+    {
+        W head, tail;
+        std::memcpy(&head, s, sizeof(W));
+        std::memcpy(&tail, s + size - sizeof(W), sizeof(W));
+        std::memcpy(t, &head, sizeof(W));
+        std::memcpy(t + size - sizeof(W), &tail, sizeof(W));
+    }
+
     static constexpr size_t Step(size_t n)
     {
         return n >= 16 ? 16 : n >= 8 ? 8 : n >= 4 ? 4 : n >= 2 ? 2 : 1;
@@ -192,7 +225,7 @@ COMMON_ALWAYS_INLINE void* FastMoveEx(void const* source, void* target, int size
     if (size >= 64)
         return FastMemoryKernels().move(source, target, static_cast<size_t>(size));
     if (size > 0)
-        std::memmove(target, source, TFastMemoryRun::Opaque(size));
+        TFastMemoryRun::MoveUpTo63(source, target, size);
     return target;
 }
 
