@@ -8,7 +8,7 @@
 
 namespace {
 
-constexpr size_t kMaxText = 24;
+constexpr size_t kMaxText = 16;
 
 template <class T>
 void Check(TRegExpr<T> const& expression, T const* text, bool caseSensitive)
