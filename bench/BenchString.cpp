@@ -97,12 +97,16 @@ void AppendCharStd(benchmark::State& state)
 
 char const* const kWords[] = {"take", "mix", "track", "bus", "send", "return", "level", "pan"};
 
+// Each side appends its own string objects, as a program holding words would.
 void AppendWordsCommon(benchmark::State& state)
 {
+    AString words[8];
+    for (int i = 0; i < 8; ++i)
+        words[i] = kWords[i];
     for (auto _ : state) {
         AString text;
         for (int64_t i = 0; i < state.range(0); ++i) {
-            text += kWords[i & 7];
+            text += words[i & 7];
             text += ' ';
         }
         benchmark::DoNotOptimize(text.c_str());
@@ -125,6 +129,46 @@ void AppendWordsQString(benchmark::State& state)
 }
 
 void AppendWordsStd(benchmark::State& state)
+{
+    std::string words[8];
+    for (int i = 0; i < 8; ++i)
+        words[i] = kWords[i];
+    for (auto _ : state) {
+        std::string text;
+        for (int64_t i = 0; i < state.range(0); ++i) {
+            text += words[i & 7];
+            text += ' ';
+        }
+        benchmark::DoNotOptimize(text.data());
+    }
+}
+
+// Words as C texts, whose length each side has to find.
+void AppendLiteralsCommon(benchmark::State& state)
+{
+    for (auto _ : state) {
+        AString text;
+        for (int64_t i = 0; i < state.range(0); ++i) {
+            text += kWords[i & 7];
+            text += ' ';
+        }
+        benchmark::DoNotOptimize(text.c_str());
+    }
+}
+
+void AppendLiteralsQString(benchmark::State& state)
+{
+    for (auto _ : state) {
+        QString text;
+        for (int64_t i = 0; i < state.range(0); ++i) {
+            text += QLatin1String(kWords[i & 7]);
+            text += QLatin1Char(' ');
+        }
+        benchmark::DoNotOptimize(text.constData());
+    }
+}
+
+void AppendLiteralsStd(benchmark::State& state)
 {
     for (auto _ : state) {
         std::string text;
@@ -252,6 +296,9 @@ BENCHMARK(AppendCharStd)->Name("StringAppendChar/std_string")->Arg(1000000);
 BENCHMARK(AppendWordsCommon)->Name("StringAppendWords/common")->Arg(100000);
 BENCHMARK(AppendWordsQString)->Name("StringAppendWords/QString")->Arg(100000);
 BENCHMARK(AppendWordsStd)->Name("StringAppendWords/std_string")->Arg(100000);
+BENCHMARK(AppendLiteralsCommon)->Name("StringAppendLiterals/common")->Arg(100000);
+BENCHMARK(AppendLiteralsQString)->Name("StringAppendLiterals/QString")->Arg(100000);
+BENCHMARK(AppendLiteralsStd)->Name("StringAppendLiterals/std_string")->Arg(100000);
 BENCHMARK(FindCommon)->Name("StringFind/common");
 BENCHMARK(FindQString)->Name("StringFind/QString");
 BENCHMARK(FindStd)->Name("StringFind/std_string");

@@ -542,35 +542,109 @@ TString<T>& TString<T>::Insert(int position, TString const& text, int count)
     return *this;
 }
 
+namespace {
+
+#if defined(__SSE2__)
+// Short texts move as one 16-byte block: one load, one store. The load may
+// read past the text but never past its page, hence no address or race
+// checks on it; the store needs 16 bytes of room at the target.
+bool PageHolds16(void const* text)
+{
+    return (reinterpret_cast<uintptr_t>(text) & 4095) <= 4096 - 16;
+}
+
+__attribute__((no_sanitize("address", "thread"))) __m128i Load16(void const* text)
+{
+    return _mm_loadu_si128(static_cast<__m128i const*>(text));
+}
+
+// A terminated text shorter than one block: copied, terminator included, and
+// measured.
+template <class T>
+bool CopyShortText(T const* text, T* target, unsigned& length)
+{
+    if (!PageHolds16(text) || (reinterpret_cast<uintptr_t>(text) & (sizeof(T) - 1)))
+        return false;
+    __m128i const block = Load16(text);
+    __m128i const zero = _mm_setzero_si128();
+    __m128i const ends = sizeof(T) == 1 ? _mm_cmpeq_epi8(block, zero) : _mm_cmpeq_epi16(block, zero);
+    unsigned const mask = static_cast<unsigned>(_mm_movemask_epi8(ends));
+    if (!mask)
+        return false;
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(target), block);
+    length = static_cast<unsigned>(__builtin_ctz(mask)) / sizeof(T);
+    return true;
+}
+
+// Fewer than 16 bytes of known length.
+bool CopyShortBytes(void const* source, void* target)
+{
+    if (!PageHolds16(source))
+        return false;
+    _mm_storeu_si128(static_cast<__m128i*>(target), Load16(source));
+    return true;
+}
+#else
+// Words are short: copying while measuring beats strlen and memcpy.
+template <class T>
+bool CopyShortText(T const* text, T* target, unsigned& length)
+{
+    unsigned n = 0;
+    for (; n < 16 / sizeof(T) && text[n]; ++n)
+        target[n] = text[n];
+    if (text[n]) {
+        target[0] = 0;
+        return false;
+    }
+    target[n] = 0;
+    length = n;
+    return true;
+}
+
+bool CopyShortBytes(void const*, void*)
+{
+    return false;
+}
+#endif
+
+} // namespace
+
 template <class T>
 TString<T>& TString<T>::Append(T const* text)
 {
     if (!text)
         return *this;
     TStringRef* ref = GetStringRef();
-    if (ref->m_references.load(std::memory_order_acquire) == 1 && !IsInside(text)) {
-        // Words are short: copying while measuring beats strlen and memcpy.
-        unsigned const length = ref->m_length;
-        unsigned const room = ref->m_capacity / sizeof(T) - 1 - length;
-        unsigned const limit = room < 16 ? room : 16;
-        T* end = m_text + length;
-        unsigned n = 0;
-        for (; n < limit && text[n]; ++n)
-            end[n] = text[n];
-        if (!text[n]) {
-            end[n] = 0;
-            ref->m_length = length + n;
-            return *this;
-        }
-        end[0] = 0; // the longer text goes the general way
+    unsigned const length = ref->m_length;
+    unsigned copied = 0;
+    if (ref->m_capacity - length * sizeof(T) >= 16 && ref->m_references.load(std::memory_order_acquire) == 1
+        && !IsInside(text) && CopyShortText(text, m_text + length, copied)) {
+        ref->m_length = length + copied;
+        return *this;
     }
     return Append(text, static_cast<unsigned>(TextLength(text)));
 }
 
 template <class T>
+bool TString<T>::AppendShort(T const* text, unsigned count)
+{
+    // The whole block is loaded before it is stored, so a text inside our
+    // own buffer is safe here; no reallocation can move it. A count may end
+    // inside a longer text: the terminator is written anyway.
+    TStringRef* ref = GetStringRef();
+    unsigned const length = ref->m_length;
+    if (count * sizeof(T) >= 16 || ref->m_capacity - length * sizeof(T) < 16
+        || ref->m_references.load(std::memory_order_acquire) != 1 || !CopyShortBytes(text, m_text + length))
+        return false;
+    m_text[length + count] = 0;
+    ref->m_length = length + count;
+    return true;
+}
+
+template <class T>
 TString<T>& TString<T>::Append(T const* text, unsigned count)
 {
-    if (!text || count == 0)
+    if (!text || count == 0 || AppendShort(text, count))
         return *this;
     TStringRef* ref = GetStringRef();
     unsigned const length = ref->m_length;
@@ -594,13 +668,16 @@ TString<T>& TString<T>::Append(T const* text, unsigned count)
 template <class T>
 TString<T>& TString<T>::Append(TString const& text)
 {
+    unsigned const count = text.GetStringRef()->m_length;
     if (IsEmpty())
         return *this = text;
+    if (count == 0 || AppendShort(text.m_text, count))
+        return *this;
     if (text.m_text == m_text) {
         TString const keep(text);
-        return Append(keep.m_text, keep.GetStringRef()->m_length);
+        return Append(keep.m_text, count);
     }
-    return Append(text.m_text, text.GetStringRef()->m_length);
+    return Append(text.m_text, count);
 }
 
 // ---- read ------------------------------------------------------------------
@@ -697,18 +774,58 @@ TString<T>& TString<T>::SetFromDbcs(char const* local)
 
 // ---- hash ------------------------------------------------------------------
 
+namespace {
+
+constexpr uint32_t PowerOf31(int exponent)
+{
+    uint32_t power = 1;
+    for (int i = 0; i < exponent; ++i)
+        power *= 31u;
+    return power;
+}
+
+// Horner's rule for hash * 31 + value over the sequence, eight values a turn:
+// the eight products don't wait for each other, so the chain is one multiply
+// and one add per eight values instead of per value.
+template <class Value>
+uint32_t Horner31(uint32_t hash, size_t count, Value value)
+{
+    size_t i = 0;
+    for (; i + 8 <= count; i += 8) {
+        hash = hash * PowerOf31(8) + value(i) * PowerOf31(7) + value(i + 1) * PowerOf31(6)
+               + value(i + 2) * PowerOf31(5) + value(i + 3) * PowerOf31(4) + value(i + 4) * PowerOf31(3)
+               + value(i + 5) * PowerOf31(2) + value(i + 6) * 31u + value(i + 7);
+    }
+    for (; i < count; ++i)
+        hash = hash * 31u + value(i);
+    return hash;
+}
+
+// qHashBits of Qt 5 with seed 0 is that polynomial over the bytes; with a
+// seed it may be CRC-32C, so seeded hashes are left to it.
+uint32_t HashBytes(void const* data, size_t size, unsigned seed)
+{
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+    if (seed == 0) {
+        auto const* bytes = static_cast<unsigned char const*>(data);
+        return Horner31(0, size, [bytes](size_t i) { return uint32_t(bytes[i]); });
+    }
+#endif
+    return qHashBits(data, size, seed);
+}
+
+} // namespace
+
 template <class T>
 unsigned TString<T>::GetHashValue(bool caseSensitive, unsigned seed) const
 {
-    int const length = GetLength();
+    size_t const length = GetStringRef()->m_length;
     if (length == 0)
         return seed;
     if (caseSensitive)
-        return qHashBits(m_text, static_cast<size_t>(length) * sizeof(T), seed);
-    unsigned hash = seed;
-    for (int i = 0; i < length; ++i)
-        hash = hash * 31 + static_cast<unsigned>(HashValueOf(UpperOf(m_text[i])));
-    return hash;
+        return HashBytes(m_text, length * sizeof(T), seed);
+    T const* text = m_text;
+    return Horner31(seed, length, [text](size_t i) { return static_cast<uint32_t>(HashValueOf(UpperOf(text[i]))); });
 }
 
 template <class T>

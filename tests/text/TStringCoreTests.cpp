@@ -2,6 +2,7 @@
 #include "text/TString.h"
 
 #include <QByteArray>
+#include <QHash>
 #include <QString>
 
 #include <gtest/gtest.h>
@@ -10,6 +11,11 @@
 #include <string>
 #include <thread>
 #include <vector>
+
+#if defined(__unix__)
+#include <sys/mman.h>
+#include <unistd.h>
+#endif
 
 namespace {
 
@@ -295,18 +301,108 @@ TEST(TStringCore, InsertPositionsAndCounts)
     EXPECT_STREQ(p.c_str(), "_ab");
 }
 
-TEST(TStringCore, AppendOfATextLongerThanTheRoomLeft)
+// Every way of appending, at every start length and piece length around the
+// 16-byte block the short path moves, against std::string.
+TEST(TStringCore, AppendsMatchAModelAtEveryLength)
 {
-    AString s("take."); // capacity 8: two characters of room
-    s.Append("aif");
-    EXPECT_EQ(s, "take.aif");
-    AString t("ab");
-    t.Append(std::string(40, 'x').c_str()); // longer than the word path copies
-    EXPECT_EQ(t.GetLength(), 42);
-    EXPECT_EQ(t.GetLastChar(), 'x');
-    WString w(u"ab");
-    w.Append(u"cdefgh");
-    EXPECT_EQ(w, WString(u"abcdefgh"));
+    std::string const source = "abcdefghijklmnopqrstuvwxyz0123456789ABCDEFGHIJ";
+    for (size_t start = 0; start <= 24; ++start) {
+        for (size_t piece = 0; piece <= 20; ++piece) {
+            SCOPED_TRACE(testing::Message() << "start " << start << " piece " << piece);
+            std::string const expected = source.substr(0, start) + source.substr(start, piece);
+            std::string const pieceText = source.substr(start, piece);
+
+            AString byText(source.substr(0, start).c_str());
+            byText.Append(pieceText.c_str());
+            AString byCount(source.substr(0, start).c_str());
+            byCount.Append(source.c_str() + start, static_cast<unsigned>(piece)); // ends inside a longer text
+            AString byString(source.substr(0, start).c_str());
+            AString const other(pieceText.c_str());
+            byString.Append(other);
+            AString roomy(length_t(64));
+            roomy.Append(source.substr(0, start).c_str());
+            AString const keeper(roomy);
+            roomy.Append(pieceText.c_str()); // shared: the copy must stay as it was
+
+            for (AString const* s : {&byText, &byCount, &byString, &roomy}) {
+                EXPECT_EQ(Std(*s), expected);
+                EXPECT_EQ(s->c_str()[s->GetLength()], '\0');
+                EXPECT_LE(static_cast<size_t>(s->GetLength()) + 1, static_cast<size_t>(s->InternalBufferSize()));
+            }
+            EXPECT_EQ(Std(keeper), source.substr(0, start));
+
+            WString wide(QString::fromStdString(source.substr(0, start)).toStdU16String().c_str());
+            std::u16string const widePiece = QString::fromStdString(pieceText).toStdU16String();
+            wide.Append(widePiece.c_str());
+            wide.Append(WString(widePiece.c_str()));
+            EXPECT_EQ(wide.qString(), QString::fromStdString(expected + pieceText));
+        }
+    }
+    AString self("abc");
+    self.Append(self.c_str() + 1, 2u); // from its own buffer, no reallocation
+    EXPECT_EQ(Std(self), "abcbc");
+}
+
+#if defined(__unix__)
+// The short path reads a whole 16-byte block; a text that ends just before an
+// unreadable page must still be read only up to that page.
+TEST(TStringCore, ShortAppendsNeverReadIntoTheNextPage)
+{
+    long const page = sysconf(_SC_PAGESIZE);
+    auto* pages = static_cast<char*>(mmap(nullptr, static_cast<size_t>(2 * page), PROT_READ | PROT_WRITE,
+                                          MAP_PRIVATE | MAP_ANONYMOUS, -1, 0));
+    ASSERT_NE(pages, MAP_FAILED);
+    ASSERT_EQ(mprotect(pages + page, static_cast<size_t>(page), PROT_NONE), 0);
+    for (int length = 0; length < 16; ++length) {
+        char* text = pages + page - length - 1;
+        std::memset(text, 'q', static_cast<size_t>(length));
+        text[length] = '\0';
+        AString s(length_t(40));
+        s.Append(text);
+        s.Append(text, static_cast<unsigned>(length));
+        EXPECT_EQ(Std(s), std::string(static_cast<size_t>(2 * length), 'q'));
+        auto* wideText = reinterpret_cast<char16_t*>(pages + page) - length - 1;
+        for (int i = 0; i < length; ++i)
+            wideText[i] = u'w';
+        wideText[length] = 0;
+        WString w(length_t(40));
+        w.Append(wideText);
+        EXPECT_EQ(w.GetLength(), length);
+    }
+    munmap(pages, static_cast<size_t>(2 * page));
+}
+#endif
+
+// The case-sensitive hash is qHashBits over the characters; the other one
+// folds signed upper-case characters by 31.
+TEST(TStringCore, HashesAgreeWithTheirDefinitions)
+{
+    uint32_t seed = 12345;
+    auto next = [&seed] {
+        seed = seed * 1103515245u + 12345u;
+        return seed >> 16;
+    };
+    for (int length = 0; length <= 70; ++length) {
+        std::string narrow;
+        std::u16string wide;
+        for (int i = 0; i < length; ++i) {
+            narrow += static_cast<char>(next() & 0xFF ? next() & 0xFF : 'a');
+            wide += static_cast<char16_t>(next() % 0x3000 + 1);
+        }
+        AString const a(narrow.c_str(), length_t(static_cast<unsigned>(length)));
+        WString const w(wide.c_str(), length_t(static_cast<unsigned>(length)));
+        for (unsigned hashSeed : {0u, 1u, 0x9e3779b9u}) {
+            SCOPED_TRACE(testing::Message() << "length " << length << " seed " << hashSeed);
+            EXPECT_EQ(a.GetHashValue(true, hashSeed), qHashBits(narrow.data(), narrow.size(), hashSeed));
+            EXPECT_EQ(w.GetHashValue(true, hashSeed), qHashBits(wide.data(), wide.size() * 2, hashSeed));
+            unsigned folded = hashSeed;
+            for (char c : narrow) {
+                char const upper = c >= 'a' && c <= 'z' ? static_cast<char>(c - 32) : c;
+                folded = folded * 31 + static_cast<unsigned>(static_cast<signed char>(upper));
+            }
+            EXPECT_EQ(a.GetHashValue(false, hashSeed), folded);
+        }
+    }
 }
 
 TEST(TStringCore, ComparisonOperators)
