@@ -5,6 +5,8 @@
 
 #include <Common>
 
+#include <QCoreApplication>
+#include <QDir>
 #include <QString>
 
 #include <cstdio>
@@ -55,6 +57,7 @@ void ShowFrame()
              .arg(workerIsMain ? "yes" : "no")
              .arg(workerRecordIsMain ? "main" : "worker"));
     Line(QStringLiteral("library guards alive: %1").arg(TLibraryGuard::LiveCount()));
+    Line(QStringLiteral("flag \"ShowTimings\" in tconfig.txt: %1").arg(IsFlagSet("ShowTimings") ? "set" : "not set"));
     Line(QStringLiteral("settings may be written: %1").arg(CanWriteSettings() ? "yes" : "no"));
     g_oneShot = true;
     Line(QStringLiteral("... as a one-shot job: %1").arg(CanWriteSettings() ? "yes" : "no"));
@@ -101,10 +104,15 @@ void ShowFailures()
 
 } // namespace
 
-int main()
+int main(int argc, char** argv)
 {
     std::printf("common demo host\n");
+    // What a host does at start: the flags first, then the application
+    // object, then the global objects, which end before the application.
+    QCoreApplication application(argc, argv);
+    TAutoGlobalObjects globals(WString(QDir::tempPath()), WString(u"DemoHost.settings"));
     ShowFrame();
+    Line(QStringLiteral("global objects: \"%1\" in %2").arg(globals.Title().qString(), globals.Folder().qString()));
     ShowStrings();
     ShowObjects();
     Section("Containers");

@@ -1,6 +1,7 @@
 #include "text/NumberText.h"
 
 #include "math/RoundToSignificantDigits.h"
+#include "platform/PlatformLocale.h"
 #include "text/NumberTextDigits.h"
 #include "text/TString.h"
 
@@ -195,6 +196,7 @@ T* WriteLargeInteger(T* out, double integer, int options)
         }
         return out;
     }
+    TCNumericScope const numbers;
     std::snprintf(digits, sizeof digits, "%.15g", integer);
     return WriteAscii(out, digits);
 }
@@ -220,6 +222,7 @@ template <class T>
 int WriteExponentForm(double value, T* buffer, int decimals)
 {
     char text[40];
+    TCNumericScope const numbers;
     std::snprintf(text, sizeof text, "%.*e", decimals, value);
     T* end = WriteAscii(buffer, text);
     *end = 0;

@@ -3,6 +3,7 @@
 #include "math/FastMemory.h"
 #include "math/MemoryAlloc.h"
 #include "math/TRandomizer.h"
+#include "platform/PlatformLocale.h"
 #include "text/CharOps.h"
 #include "text/TextConversion.h"
 #include "text/WideFormat.h"
@@ -36,6 +37,7 @@ template <class V>
 TString<char> PrintNumber(char const* format, V value)
 {
     char buffer[2048];
+    TCNumericScope const numbers;
     int const written = std::snprintf(buffer, sizeof buffer, format, value);
     if (written <= 0)
         return TString<char>();

@@ -1,5 +1,6 @@
 #include "text/WideFormat.h"
 
+#include "platform/PlatformLocale.h"
 #include "text/CharOps.h"
 #include "text/TextConversion.h"
 #include "text/TString.h"
@@ -153,6 +154,7 @@ template <class V>
 void PutPrinted(TWideSink& sink, TConversion const& conversion, V value)
 {
     char buffer[512];
+    TCNumericScope const numbers;
     int const written = std::snprintf(buffer, sizeof buffer, conversion.text, value);
     for (int i = 0; i < written && i < int(sizeof buffer) - 1; ++i)
         sink.Put(static_cast<unsigned char>(buffer[i]));

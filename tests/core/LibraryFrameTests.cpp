@@ -1,11 +1,14 @@
 #include "core/LibraryFlags.h"
 #include "core/StringConstants.h"
+#include "core/TAutoGlobalObjects.h"
 #include "core/TCommonExternData.h"
 #include "core/TLibraryGuard.h"
 #include "core/TStaticInit.h"
 #include "core/ThisThread.h"
 
 #include <QCoreApplication>
+#include <QDir>
+#include <QTemporaryDir>
 #include <gtest/gtest.h>
 
 #include <thread>
@@ -145,4 +148,23 @@ TEST(StringConstants, ExFormsAddABlankToTheirSign)
     EXPECT_EQ(ks_dashEx.trimmed(), ks_dash);
     EXPECT_EQ(ks_asteriskEx.trimmed(), ks_asterisk);
     EXPECT_EQ(ks_openParenthesisEx.trimmed(), ks_openParenthesis);
+}
+
+// With no auto setting registered, the global objects read and write nothing:
+// no settings file appears in their folder.
+TEST(AutoGlobalObjects, KeepFolderAndTitleAndTouchNoFileWithoutSettings)
+{
+    QTemporaryDir folder;
+    ASSERT_TRUE(folder.isValid());
+    WString const path(folder.path());
+    {
+        TAutoGlobalObjects globals(path, WString(u"GlobalObjects.dat"));
+        TAutoGlobalObjects copy(globals);
+        TAutoGlobalObjects assigned;
+        EXPECT_TRUE(assigned.Folder().IsEmpty() && assigned.Title().IsEmpty());
+        assigned = copy;
+        EXPECT_EQ(assigned.Folder(), path);
+        EXPECT_EQ(assigned.Title(), WString(u"GlobalObjects.dat"));
+    }
+    EXPECT_TRUE(QDir(folder.path()).entryList(QDir::NoDotAndDotDot | QDir::AllEntries).isEmpty());
 }

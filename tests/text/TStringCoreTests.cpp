@@ -1,4 +1,5 @@
 #include "StringPrinting.h"
+#include "text/NumberText.h"
 #include "text/TString.h"
 
 #include <QByteArray>
@@ -7,6 +8,8 @@
 
 #include <gtest/gtest.h>
 
+#include <clocale>
+#include <cstdio>
 #include <cstring>
 #include <string>
 #include <thread>
@@ -238,6 +241,27 @@ TEST(TStringCore, NumbersAsText)
     EXPECT_STREQ(AString(2.5, "%.3f").c_str(), "2.500");
     EXPECT_STREQ(AString::LongToString(-7).c_str(), "-7");
     EXPECT_EQ(WString(12), WString(u"12"));
+}
+
+// A host in a decimal-comma locale (a QCoreApplication takes it from the
+// environment) still reads and writes numbers with a point.
+TEST(TStringCore, NumbersIgnoreTheHostsLocale)
+{
+    std::string const previous = std::setlocale(LC_ALL, nullptr);
+    if (!std::setlocale(LC_ALL, "de_DE.UTF-8"))
+        GTEST_SKIP() << "no de_DE.UTF-8 locale here (scripts/setup.sh makes it)";
+    char probe[16];
+    std::snprintf(probe, sizeof probe, "%.1f", 1.5);
+    EXPECT_STREQ(probe, "1,5"); // the locale really is in force
+    EXPECT_DOUBLE_EQ(AString("1.5").to_double(), 1.5);
+    EXPECT_FLOAT_EQ(WString(u"-2.25").to_float(), -2.25f);
+    EXPECT_STREQ(AString(2.5).c_str(), "2.50");
+    EXPECT_STREQ(AString().Format("%.1f|%g", 0.5, 1e-3).c_str(), "0.5|0.001");
+    EXPECT_EQ(WString().Format(u"%.2f", 3.25), WString(u"3.25"));
+    char16_t exponent[64];
+    FloatToString(12345.0, exponent, eNumExponent | 2);
+    EXPECT_EQ(WString(exponent), WString(u"1.23e+04"));
+    std::setlocale(LC_ALL, previous.c_str());
 }
 
 TEST(TStringCore, AssignmentFromCStrings)
