@@ -3,38 +3,25 @@
 
 #include <gtest/gtest.h>
 
-namespace {
-
-AString Edited(char const* text, AString& (AString::*edit)(int), int argument)
-{
-    AString s(text);
-    (s.*edit)(argument);
-    return s;
-}
-
-} // namespace
+#include <iterator>
 
 TEST(TStringEdit, KeepAndCutAtAndPastTheEnds)
 {
-    EXPECT_EQ(Edited("abcdef", &AString::KeepLeft, 2), "ab");
-    EXPECT_EQ(Edited("abcdef", &AString::KeepLeft, 7), "abcdef");
-    EXPECT_EQ(Edited("abcdef", &AString::KeepLeft, 0), "");
-    EXPECT_EQ(Edited("abcdef", &AString::KeepLeft, -1), "abcdef");
-    EXPECT_EQ(Edited("abcdef", &AString::KeepRight, 2), "ef");
-    EXPECT_EQ(Edited("abcdef", &AString::KeepRight, 6), "abcdef");
-    EXPECT_EQ(Edited("abcdef", &AString::KeepFrom, 4), "ef");
-    EXPECT_EQ(Edited("abcdef", &AString::KeepFrom, 6), "");
-    EXPECT_EQ(Edited("abcdef", &AString::KeepFrom, 7), "abcdef");
-    EXPECT_EQ(Edited("abcdef", &AString::CutLeft, 2), "cdef");
-    EXPECT_EQ(Edited("abcdef", &AString::CutLeft, 9), "");
-    EXPECT_EQ(Edited("abcdef", &AString::CutLeft, -3), "abcdef");
-    EXPECT_EQ(Edited("abcdef", &AString::CutRight, 2), "abcd");
-    EXPECT_EQ(Edited("abcdef", &AString::CutRight, 6), "");
-    EXPECT_EQ(Edited("abcdef", &AString::CutFrom, 2), "ab");
-    EXPECT_EQ(Edited("abcdef", &AString::CutFrom, 6), "abcdef");
-    EXPECT_EQ(Edited("abcdef", &AString::CutFrom, -1), "abcdef"); // Find's -1 cuts nothing
-    EXPECT_EQ(Edited("abcdef", &AString::CutOneChar, 5), "abcde");
-    EXPECT_EQ(Edited("abcdef", &AString::CutOneChar, 6), "abcdef");
+    using Edit = AString& (AString::*)(int);
+    struct { Edit edit; int argument; char const* result; } const cases[] = {
+        {&AString::KeepLeft, 2, "ab"}, {&AString::KeepLeft, 7, "abcdef"}, {&AString::KeepLeft, 0, ""},
+        {&AString::KeepLeft, -1, "abcdef"}, {&AString::KeepRight, 2, "ef"}, {&AString::KeepRight, 6, "abcdef"},
+        {&AString::KeepFrom, 4, "ef"}, {&AString::KeepFrom, 6, ""}, {&AString::KeepFrom, 7, "abcdef"},
+        {&AString::CutLeft, 2, "cdef"}, {&AString::CutLeft, 9, ""}, {&AString::CutLeft, -3, "abcdef"},
+        {&AString::CutRight, 2, "abcd"}, {&AString::CutRight, 6, ""}, {&AString::CutFrom, 2, "ab"},
+        {&AString::CutFrom, 6, "abcdef"}, {&AString::CutFrom, -1, "abcdef"}, // Find's -1 cuts nothing
+        {&AString::CutOneChar, 5, "abcde"}, {&AString::CutOneChar, 6, "abcdef"},
+    };
+    for (size_t i = 0; i < std::size(cases); ++i) {
+        AString s("abcdef");
+        (s.*cases[i].edit)(cases[i].argument);
+        EXPECT_EQ(s, cases[i].result) << "case " << i;
+    }
 
     AString s("abcdef");
     EXPECT_EQ(s.CutRange(1, 2), "adef");
