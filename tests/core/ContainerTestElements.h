@@ -2,6 +2,8 @@
 
 #include "core/THashableElement.h"
 
+#include <gtest/gtest.h>
+
 #include <vector>
 
 // Elements for the container tests. `key` orders and hashes, `tag` tells
@@ -78,4 +80,16 @@ bool LinksAreConsistent(List const& list)
         ++count;
     }
     return prev == list.GetLast() && count == list.Count();
+}
+
+// The keys front to back, with the links checked on the way.
+template <class List, class T = Item>
+::testing::AssertionResult HasKeys(List const& list, std::vector<int> const& keys)
+{
+    if (!LinksAreConsistent(list))
+        return ::testing::AssertionFailure() << "the links do not agree";
+    std::vector<int> const actual = Keys<List, T>(list);
+    if (actual != keys)
+        return ::testing::AssertionFailure() << "the keys are " << ::testing::PrintToString(actual);
+    return ::testing::AssertionSuccess();
 }
