@@ -36,14 +36,11 @@ TEST(TStringSearch, FindBoundariesAndOptions)
     EXPECT_TRUE(s.Contains("TWO", false));
     EXPECT_FALSE(s.Contains("three"));
     EXPECT_TRUE(s.ContainsAnyOf("xyzT"));
-}
 
-TEST(TStringSearch, FindOccurenceCountsOverlappingHits)
-{
-    AString const s("aaaa");
-    EXPECT_EQ(s.FindOccurence("aa", 0), 0);
-    EXPECT_EQ(s.FindOccurence("aa", 2), 2);
-    EXPECT_EQ(s.FindOccurence("aa", 3), -1);
+    // Occurrences overlap.
+    EXPECT_EQ(AString("aaaa").FindOccurence("aa", 0), 0);
+    EXPECT_EQ(AString("aaaa").FindOccurence("aa", 2), 2);
+    EXPECT_EQ(AString("aaaa").FindOccurence("aa", 3), -1);
     EXPECT_EQ(AString("xAx ax").FindOccurence("a", 1, false), 4);
 }
 
