@@ -99,28 +99,25 @@ TEST(TextConversion, StrictFormsAlwaysGiveUtfAndLocalFormsDoNot)
 TEST(TextConversion, HashesPinnedFromTheFormulas)
 {
     // hash * 31 + toupper(c), characters signed
-    EXPECT_EQ(AString("ab").GetHashValue(false), 2081u);
-    EXPECT_EQ(AString("AB").GetHashValue(false), 2081u);
-    EXPECT_EQ(AString("Ab").GetHashValue(false, 7), 8808u);
-    EXPECT_EQ(AString("\xE9" "a").GetHashValue(false), 4294966648u);
-    EXPECT_EQ(AString("Hello World").GetHashValue(false), 568232580u);
+    struct { char const* text; unsigned seed; unsigned hash; } const blind[] = {
+        {"ab", 0, 2081u}, {"AB", 0, 2081u}, {"Ab", 7, 8808u}, {"\xE9" "a", 0, 4294966648u},
+        {"Hello World", 0, 568232580u}, {"", 99, 99u}};
+    for (auto const& c : blind)
+        EXPECT_EQ(AString(c.text).GetHashValue(false, c.seed), c.hash) << c.text;
     EXPECT_EQ(WString(u"hello world").GetHashValue(false), 568232580u);
     EXPECT_EQ(WString(u"\u00E9").GetHashValue(false), 0xC9u);
-    EXPECT_EQ(AString().GetHashValue(false, 99), 99u);
     EXPECT_EQ(AString().GetHashValue(true, 99), 99u);
     EXPECT_NE(AString("same").GetHashValue(true), AString("Same").GetHashValue(true));
 
-    // shift-and-fold
-    EXPECT_EQ(GetHashValue("ab", -1, 0xFFFFFFFFu, true), 1650u);
-    EXPECT_EQ(GetHashValue("ab", -1, 100u, true), 50u);
-    EXPECT_EQ(GetHashValue("ab", -1, 0xFFFFFFFFu, false), 1106u);
-    EXPECT_EQ(GetHashValue("\xFF", 1, 0xFFFFFFFFu, true), 0x0FFFFF0Fu);
-    EXPECT_EQ(GetHashValue("abcdefghij", -1, 0xFFFFFFFFu, true), 180004458u);
-    EXPECT_EQ(GetHashValue("abcdefghij", -1, 1021u, true), 116u);
-    EXPECT_EQ(GetHashValue("Sample.WAV", -1, 0xFFFFFFFFu, false), 84102470u);
+    // shift-and-fold, over a length (-1 for all) into a table size (0 for none)
+    struct { char const* text; int length; unsigned tableSize; bool caseSensitive; unsigned hash; } const folded[] = {
+        {"ab", -1, 0xFFFFFFFFu, true, 1650u}, {"ab", -1, 100u, true, 50u}, {"ab", -1, 0xFFFFFFFFu, false, 1106u},
+        {"\xFF", 1, 0xFFFFFFFFu, true, 0x0FFFFF0Fu}, {"abcdefghij", -1, 0xFFFFFFFFu, true, 180004458u},
+        {"abcdefghij", -1, 1021u, true, 116u}, {"Sample.WAV", -1, 0xFFFFFFFFu, false, 84102470u},
+        {"abcdefghij", 2, 0xFFFFFFFFu, true, 1650u}, {"ab", -1, 0u, true, 1650u}};
+    for (auto const& c : folded)
+        EXPECT_EQ(GetHashValue(c.text, c.length, c.tableSize, c.caseSensitive), c.hash) << c.text << " " << c.tableSize;
     EXPECT_EQ(GetHashValue(u"sample.wav", -1, 0xFFFFFFFFu, false), 84102470u);
-    EXPECT_EQ(GetHashValue("abcdefghij", 2, 0xFFFFFFFFu, true), 1650u);
-    EXPECT_EQ(GetHashValue("ab", -1, 0u, true), 1650u);
 }
 
 TEST(TextConversion, TextToNumbers)
