@@ -33,6 +33,12 @@ std::vector<int> MapKeys(TFlexHashMapImp const& map)
     return Keys<TDoubleList, HashItem>(map);
 }
 
+void Add(ItemMap& map, std::vector<int> const& keys, int* deaths = nullptr)
+{
+    for (int key : keys)
+        map.Add(new HashItem(key, key, deaths));
+}
+
 // Every element in the bucket its hash names, and each bucket one run.
 bool RunsAreContiguous(TFlexHashMapImp const& map)
 {
@@ -59,19 +65,16 @@ TEST(FlexHashMap, TableSizesAreTheFirstListedValueAboveTheCount)
     EXPECT_FALSE(map.HasTable());
     EXPECT_EQ(map.GetNumSlots(), 0);
     EXPECT_EQ(map.FindEqual(HashItem(1)), nullptr);
-    map.Add(new HashItem(1));
-    EXPECT_EQ(map.GetNumSlots(), 3);
-    map.Add(new HashItem(2));
-    map.Add(new HashItem(3));
-    EXPECT_EQ(map.GetNumSlots(), 3);
-    map.Add(new HashItem(4));
-    EXPECT_EQ(map.GetNumSlots(), 7);
-
+    // Count before the addition, slots after it.
+    for (auto [count, slots] : {std::pair{0, 3}, {1, 3}, {2, 3}, {3, 7}, {4, 7}}) {
+        EXPECT_EQ(map.Count(), count);
+        map.Add(new HashItem(count));
+        EXPECT_EQ(map.GetNumSlots(), slots) << count;
+    }
     EXPECT_EQ(ItemMap(31).GetNumSlots(), 61);
     EXPECT_EQ(ItemMap(30).GetNumSlots(), 31);
-    EXPECT_EQ(TFlexHashMapImp::TableSizeFor(-5), 3);
-    EXPECT_EQ(TFlexHashMapImp::TableSizeFor(1073741788), 1073741789);
-    EXPECT_EQ(TFlexHashMapImp::TableSizeFor(1073741789), 0);
+    for (auto [count, size] : {std::pair{-5, 3}, {1073741788, 1073741789}, {1073741789, 0}})
+        EXPECT_EQ(TFlexHashMapImp::TableSizeFor(count), size) << count;
 
     map.DeleteAll();
     EXPECT_FALSE(map.HasTable());
@@ -82,8 +85,7 @@ TEST(FlexHashMap, TableSizesAreTheFirstListedValueAboveTheCount)
 TEST(FlexHashMap, BucketsAreRunsOfTheListWithTheOldestInFront)
 {
     ItemMap map(10, autoDeleteOn); // 13 slots
-    for (int key : {1, 14, 2, 27, 15})
-        map.Add(new HashItem(key));
+    Add(map, {1, 14, 2, 27, 15});
     EXPECT_EQ(MapKeys(map), (std::vector<int>{1, 27, 14, 2, 15}));
     EXPECT_TRUE(RunsAreContiguous(map));
 
@@ -104,8 +106,7 @@ TEST(FlexHashMap, BucketsAreRunsOfTheListWithTheOldestInFront)
 TEST(FlexHashMap, GrowthReAddsInListOrder)
 {
     ItemMap map(0, autoDeleteOn);
-    for (int key : {0, 3, 6})
-        map.Add(new HashItem(key)); // one bucket of 3
+    Add(map, {0, 3, 6}); // one bucket of 3
     EXPECT_EQ(MapKeys(map), (std::vector<int>{0, 6, 3}));
     map.Add(new HashItem(7));
     EXPECT_EQ(map.GetNumSlots(), 7);
@@ -178,9 +179,9 @@ TEST(FlexHashMap, AFailingRemapIsLoggedSwallowedAndLosesNothing)
     int deaths = 0;
     {
         ItemMap map(0, autoDeleteOn);
-        map.Add(new Fragile(1, 0, &deaths));
-        auto* fragile = static_cast<Fragile*>(map.Add(new Fragile(2, 0, &deaths)));
-        map.Add(new Fragile(3, 0, &deaths));
+        auto* fragile = new Fragile(2, 0, &deaths);
+        for (HashItem* e : {new Fragile(1, 0, &deaths), fragile, new Fragile(3, 0, &deaths)})
+            map.Add(e);
         fragile->fail = true;
         LogCapture log;
         map.Add(new HashItem(4, 0, &deaths)); // remaps to 7 and meets the failing hash
@@ -207,8 +208,7 @@ TEST(FlexHashMap, CopiesRebuildTheirTable)
 {
     int deaths = 0;
     ItemMap source(0, autoDeleteOn);
-    for (int key = 0; key < 10; ++key)
-        source.Add(new HashItem(key, key, &deaths));
+    Add(source, {0, 1, 2, 3, 4, 5, 6, 7, 8, 9}, &deaths);
     source.SetAutoSize(false);
     {
         ItemMap copy(source);
@@ -244,10 +244,8 @@ TEST(FlexHashMap, CopiesRebuildTheirTable)
 TEST(FlexHashMap, AbsorbAndAddMoveOrCloneWholeMaps)
 {
     ItemMap a(0, autoDeleteOn), b(0, autoDeleteOn);
-    for (int key : {1, 2})
-        a.Add(new HashItem(key));
-    for (int key : {2, 3, 4})
-        b.Add(new HashItem(key));
+    Add(a, {1, 2});
+    Add(b, {2, 3, 4});
     a.Absorb(b);
     EXPECT_TRUE(b.IsEmpty());
     EXPECT_EQ(a.Count(), 5);

@@ -36,19 +36,19 @@ void* CloneRecord(void const* record, void const* context)
 
 using RecordList = TListOfPointers<Record>;
 
-void Prepare(RecordList& list)
+// A list with the record callbacks set, holding the given keys tagged in order.
+struct Records : RecordList
 {
-    list.SetComparer(&CompareRecords);
-    list.SetDeleter(&DeleteRecord);
-    list.SetCloner(&CloneRecord);
-}
-
-void Fill(RecordList& list, std::vector<int> const& keys)
-{
-    int tag = 0;
-    for (int key : keys)
-        list.Append(new Record{key, tag++});
-}
+    explicit Records(std::vector<int> const& keys = {}, EAutoDelete autoDelete = autoDeleteOn) : RecordList(autoDelete)
+    {
+        SetComparer(&CompareRecords);
+        SetDeleter(&DeleteRecord);
+        SetCloner(&CloneRecord);
+        int tag = 0;
+        for (int key : keys)
+            Append(new Record{key, tag++});
+    }
+};
 
 std::vector<int> ListKeys(RecordList const& list)
 {
@@ -71,9 +71,7 @@ TEST(PointerList, NodesBelongToTheListAndTheDeleterToOwnership)
 {
     g_deleted = 0;
     {
-        RecordList owning(autoDeleteOn);
-        Prepare(owning);
-        Fill(owning, {1, 2, 3, 4});
+        Records owning({1, 2, 3, 4});
         Record* second = owning[1];
         EXPECT_EQ(owning.Detach(second), second); // the node goes, the record stays
         EXPECT_EQ(owning.Count(), 3);
@@ -85,8 +83,7 @@ TEST(PointerList, NodesBelongToTheListAndTheDeleterToOwnership)
     }
     EXPECT_EQ(g_deleted, 3);
 
-    RecordList borrowing;
-    Prepare(borrowing);
+    Records borrowing({}, autoDeleteOff);
     Record shared{5, 0};
     borrowing.Append(&shared);
     borrowing.Append(&shared);
@@ -112,17 +109,13 @@ TEST(PointerList, OperationsByElementTakeTheFirstMatch)
 
 TEST(PointerList, SortIsStableByTheComparer)
 {
-    RecordList list(autoDeleteOn);
-    Prepare(list);
-    Fill(list, {3, 1, 3, 2, 1});
+    Records list({3, 1, 3, 2, 1});
     list.Sort();
     EXPECT_EQ(ListKeys(list), (std::vector<int>{1, 1, 2, 3, 3}));
     EXPECT_EQ(ListTags(list), (std::vector<int>{1, 4, 3, 0, 2}));
     EXPECT_TRUE(list.IsSorted());
 
-    RecordList more(autoDeleteOn);
-    Prepare(more);
-    Fill(more, {2, 0});
+    Records more({2, 0});
     more.Sort();
     list.AbsorbAndSort(more);
     EXPECT_EQ(ListKeys(list), (std::vector<int>{0, 1, 1, 2, 2, 3, 3}));
@@ -136,9 +129,7 @@ TEST(PointerList, SortIsStableByTheComparer)
 TEST(PointerList, CopiesCloneOrShare)
 {
     g_deleted = 0;
-    RecordList source(autoDeleteOn);
-    Prepare(source);
-    Fill(source, {1, 2});
+    Records source({1, 2});
     int context = 7;
     {
         RecordList copy(source, &context);

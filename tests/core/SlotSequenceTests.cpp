@@ -17,19 +17,31 @@
 
 namespace {
 
-std::vector<int32_t> Ints(TSlotSequence const& sequence)
+using Ints = std::vector<int32_t>;
+
+Ints Values(TSlotSequence const& sequence)
 {
-    std::vector<int32_t> values;
+    Ints values;
     for (int i = 0; i < sequence.GetNumBusySlots(); ++i)
         values.push_back(*static_cast<int32_t const*>(sequence.ConstSlotPtr(i)));
     return values;
 }
 
-void AppendInts(TSlotSequence& sequence, std::vector<int32_t> const& values)
+void AppendValues(TSlotSequence& sequence, Ints const& values)
 {
     for (int32_t value : values)
         sequence.AppendSlot(&value);
 }
+
+// A sequence of 4-byte slots holding the given values.
+struct IntSequence : TSlotSequence
+{
+    explicit IntSequence(Ints const& values = {}, int initial = 20, int expansion = 20)
+        : TSlotSequence(4, initial, expansion)
+    {
+        AppendValues(*this, values);
+    }
+};
 
 } // namespace
 
@@ -37,16 +49,15 @@ TEST(SlotSequence, GrowthIsLinearInStepsOfTheExpansionSize)
 {
     TVectorBase vector(20, 20, autoDeleteOff);
     EXPECT_FALSE(vector.HasAllocatedMemory());
-    EXPECT_EQ(vector.GetNumSlots(), 0);
     Item item(1);
-    vector.Add(&item);
-    EXPECT_EQ(vector.GetNumSlots(), 20);
-    for (int i = 1; i < 20; ++i)
+    // Elements before the addition, slots after it.
+    for (auto [count, slots] : {std::pair{0, 20}, {1, 20}, {18, 20}, {19, 20}, {20, 40}}) {
+        while (vector.Count() < count)
+            vector.Add(&item);
+        EXPECT_EQ(vector.IsFull(), count % 20 == 0) << count; // no block yet counts as full
         vector.Add(&item);
-    EXPECT_TRUE(vector.IsFull());
-    EXPECT_EQ(vector.GetNumSlots(), 20);
-    vector.Add(&item);
-    EXPECT_EQ(vector.GetNumSlots(), 40);
+        EXPECT_EQ(vector.GetNumSlots(), slots) << count;
+    }
 
     TSlotSequence sequence(4, 20, 7);
     sequence.EnsureNumSlots(10); // no block: rounded up to a multiple of 7
@@ -60,7 +71,6 @@ TEST(SlotSequence, GrowthIsLinearInStepsOfTheExpansionSize)
     sequence.AllocateBusySlots(25); // exact, no rounding
     EXPECT_EQ(sequence.GetNumSlots(), 25);
     EXPECT_EQ(sequence.GetNumBusySlots(), 25);
-    EXPECT_EQ(sequence.GetInitialSlots(), 20);
     EXPECT_EQ(sequence.GetRangeSize(3), 12);
 }
 
@@ -73,82 +83,75 @@ TEST(SlotSequence, LargeSequencesStillReportTheLinearCapacity)
             ASSERT_EQ(sequence.GetNumSlots(), (i / 20 + 1) * 20) << i;
         }
     }
-    EXPECT_EQ(sequence.GetNumSlots(), 100000);
-    for (int i = 0; i < 100000; i += 4999)
-        EXPECT_EQ(*static_cast<int64_t const*>(sequence.ConstSlotPtr(i)), i);
     TSlotSequence copy(sequence);
-    EXPECT_EQ(copy.GetNumSlots(), 100000);
-    EXPECT_EQ(*static_cast<int64_t const*>(copy.ConstSlotPtr(99999)), 99999);
+    for (TSlotSequence const* s : {&sequence, &copy}) {
+        EXPECT_EQ(s->GetNumSlots(), 100000);
+        for (int i = 0; i < 100000; i += 4999)
+            EXPECT_EQ(*static_cast<int64_t const*>(s->ConstSlotPtr(i)), i);
+        EXPECT_EQ(*static_cast<int64_t const*>(s->ConstSlotPtr(99999)), 99999);
+    }
 }
 
 TEST(SlotSequence, InsertingAnotherSequenceReservesExactly)
 {
-    TSlotSequence a(4, 20, 20), b(4, 20, 20);
-    AppendInts(a, {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17, 18, 19});
-    AppendInts(b, {100, 101, 102});
+    IntSequence a({0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17, 18, 19}), b({100, 101, 102});
     EXPECT_EQ(a.GetNumSlots(), 20);
     a.Insert(b, 2, false);
     EXPECT_EQ(a.GetNumSlots(), 23);
-    EXPECT_EQ(Ints(a)[1], 1);
-    EXPECT_EQ(Ints(a)[2], 100);
-    EXPECT_EQ(Ints(a)[5], 2);
     EXPECT_EQ(a.GetNumBusySlots(), 23);
+    Ints const inserted = Values(a);
+    EXPECT_EQ(Ints(inserted.begin(), inserted.begin() + 6), (Ints{0, 1, 100, 101, 102, 2}));
 
     a.Insert(b, 0, true); // gap only: the count stays
     EXPECT_EQ(a.GetNumSlots(), 26);
     EXPECT_EQ(a.GetNumBusySlots(), 23);
     EXPECT_EQ(*static_cast<int32_t*>(a.SlotPtr(3)), 0);
 
-    TSlotSequence self(4, 20, 20);
-    AppendInts(self, {1, 2, 3});
+    IntSequence self({1, 2, 3}), twice({1, 2, 3});
     self += self;
-    EXPECT_EQ(Ints(self), (std::vector<int32_t>{1, 2, 3, 1, 2, 3}));
-    TSlotSequence twice(4, 20, 20);
-    AppendInts(twice, {1, 2, 3});
+    EXPECT_EQ(Values(self), (Ints{1, 2, 3, 1, 2, 3}));
     twice.Insert(twice, 1, false);
-    EXPECT_EQ(Ints(twice), (std::vector<int32_t>{1, 1, 2, 3, 2, 3}));
+    EXPECT_EQ(Values(twice), (Ints{1, 1, 2, 3, 2, 3}));
 
     b.Absorb(self, 1);
-    EXPECT_EQ(Ints(b), (std::vector<int32_t>{100, 1, 2, 3, 1, 2, 3, 101, 102}));
+    EXPECT_EQ(Values(b), (Ints{100, 1, 2, 3, 1, 2, 3, 101, 102}));
     EXPECT_FALSE(self.HasAllocatedMemory());
     EXPECT_EQ(self.GetNumBusySlots(), 0);
 }
 
 TEST(SlotSequence, SingleSlotsInsertCutAndFill)
 {
-    TSlotSequence sequence(4, 20, 20);
-    AppendInts(sequence, {1, 2, 3});
+    IntSequence sequence({1, 2, 3});
     // A null source leaves the slot's bytes as the move left them.
     sequence.InsertSlot(nullptr, 1);
-    EXPECT_EQ(Ints(sequence), (std::vector<int32_t>{1, 2, 2, 3}));
+    EXPECT_EQ(Values(sequence), (Ints{1, 2, 2, 3}));
     int32_t const nine = 9;
     sequence.FillSlot(0, &nine);
     sequence.InsertSlot(&nine, 4);
-    EXPECT_EQ(Ints(sequence), (std::vector<int32_t>{9, 2, 2, 3, 9}));
+    EXPECT_EQ(Values(sequence), (Ints{9, 2, 2, 3, 9}));
     sequence.CutSlots(1, 2);
-    EXPECT_EQ(Ints(sequence), (std::vector<int32_t>{9, 3, 9}));
+    EXPECT_EQ(Values(sequence), (Ints{9, 3, 9}));
     sequence.ClearAll();
-    EXPECT_EQ(Ints(sequence), (std::vector<int32_t>{0, 0, 0}));
+    EXPECT_EQ(Values(sequence), (Ints{0, 0, 0}));
 }
 
 TEST(SlotSequence, FreeMemoryAndOptimizeSizeKeepTheirOddRules)
 {
-    TSlotSequence empty(4, 20, 20);
+    IntSequence empty;
     empty.SetNumBusySlots(5);
     empty.FreeMemory(); // no block: the count is left alone
     EXPECT_EQ(empty.GetNumBusySlots(), 5);
 
-    TSlotSequence sequence(4, 20, 20);
-    AppendInts(sequence, {1, 2, 3});
+    IntSequence sequence({1, 2, 3});
     sequence.OptimizeSize();
     EXPECT_EQ(sequence.GetNumSlots(), 20); // the old capacity is still reported
     EXPECT_TRUE(sequence.HasAllocatedMemory());
-    std::vector<int32_t> expected{1, 2, 3};
+    Ints expected{1, 2, 3};
     for (int32_t i = 4; i <= 30; ++i) {
-        AppendInts(sequence, {i});
+        AppendValues(sequence, {i});
         expected.push_back(i);
     }
-    EXPECT_EQ(Ints(sequence), expected);
+    EXPECT_EQ(Values(sequence), expected);
     EXPECT_EQ(sequence.GetNumSlots(), 40);
 
     sequence.SetNumBusySlots(0);
@@ -159,8 +162,7 @@ TEST(SlotSequence, FreeMemoryAndOptimizeSizeKeepTheirOddRules)
 
 TEST(SlotSequence, AssignCopiesTheBlockButNotTheCount)
 {
-    TSlotSequence source(4, 10, 5);
-    AppendInts(source, {7, 8, 9});
+    IntSequence source({7, 8, 9}, 10, 5);
     source.SetUserField(6);
 
     TSlotSequence target(8, 1, 1);
@@ -171,45 +173,41 @@ TEST(SlotSequence, AssignCopiesTheBlockButNotTheCount)
     EXPECT_EQ(target.GetExpansionSize(), 5);
     EXPECT_EQ(target.UserField(), 6u);
     target.SetNumBusySlots(3);
-    EXPECT_EQ(Ints(target), (std::vector<int32_t>{7, 8, 9}));
+    EXPECT_EQ(Values(target), (Ints{7, 8, 9}));
 
     target.Assign(source, false);
     EXPECT_FALSE(target.HasAllocatedMemory());
     EXPECT_EQ(target.GetNumBusySlots(), 0);
 
     TSlotSequence copy(source);
-    EXPECT_EQ(Ints(copy), (std::vector<int32_t>{7, 8, 9}));
+    EXPECT_EQ(Values(copy), (Ints{7, 8, 9}));
     EXPECT_EQ(copy.GetNumSlots(), 5);
     TSlotSequence shape(source, false);
     EXPECT_EQ(shape.GetNumBusySlots(), 0);
     EXPECT_FALSE(shape.HasAllocatedMemory());
     EXPECT_EQ(shape.GetInitialSlots(), 10);
     target = source;
-    EXPECT_EQ(Ints(target), (std::vector<int32_t>{7, 8, 9}));
+    EXPECT_EQ(Values(target), (Ints{7, 8, 9}));
 }
 
 TEST(SlotSequence, OrderOperationsForEverySlotSize)
 {
-    TSlotSequence four(4, 20, 20);
-    AppendInts(four, {1, 2, 3, 4, 5});
+    IntSequence four({1, 2, 3, 4, 5});
     four.InverseOrder();
-    EXPECT_EQ(Ints(four), (std::vector<int32_t>{5, 4, 3, 2, 1}));
+    EXPECT_EQ(Values(four), (Ints{5, 4, 3, 2, 1}));
     four.Reverse();
-    EXPECT_EQ(Ints(four), (std::vector<int32_t>{1, 2, 3, 4, 5}));
+    EXPECT_EQ(Values(four), (Ints{1, 2, 3, 4, 5}));
 
     TSlotSequence three(3, 20, 20);
-    for (char c : {'a', 'b', 'c', 'd'}) {
-        char slot[3] = {c, static_cast<char>(c + 1), static_cast<char>(c + 2)};
+    for (char const* slot : {"abc", "bcd", "cde", "def"})
         three.AppendSlot(slot);
-    }
     three.InverseOrder();
-    std::string bytes(static_cast<char const*>(three.GetFirstSlot()), 12);
-    EXPECT_EQ(bytes, "defcdebcdabc");
+    EXPECT_EQ(std::string(static_cast<char const*>(three.GetFirstSlot()), 12), "defcdebcdabc");
 
     four.Sort([](void const* a, void const* b) {
         return *static_cast<int32_t const*>(b) - *static_cast<int32_t const*>(a);
     });
-    EXPECT_EQ(Ints(four), (std::vector<int32_t>{5, 4, 3, 2, 1}));
+    EXPECT_EQ(Values(four), (Ints{5, 4, 3, 2, 1}));
 
     // Equal slots keep their order: pairs sorted by their first half.
     TSlotSequence pairs(8, 20, 20);
@@ -219,30 +217,26 @@ TEST(SlotSequence, OrderOperationsForEverySlotSize)
     pairs.Sort([](void const* a, void const* b) {
         return *static_cast<int32_t const*>(a) - *static_cast<int32_t const*>(b);
     });
-    std::vector<int32_t> order;
+    Ints order;
     for (int i = 0; i < pairs.Count(); ++i)
         order.push_back(static_cast<int32_t const*>(pairs.ConstSlotPtr(i))[1]);
-    EXPECT_EQ(order, (std::vector<int32_t>{4, 1, 3, 0, 2}));
+    EXPECT_EQ(order, (Ints{4, 1, 3, 0, 2}));
 }
 
 TEST(SlotSequence, ShuffleIsAFisherYatesWalkFromTheEnd)
 {
-    TSlotSequence sequence(4, 20, 20);
-    std::vector<int32_t> expected(12);
+    Ints expected(12);
     std::iota(expected.begin(), expected.end(), 0);
-    AppendInts(sequence, expected);
+    IntSequence sequence(expected), one({5});
     sequence.Shuffle(31);
+    one.Shuffle(31);
 
     TRandomizer randomizer(31);
     int const count = static_cast<int>(expected.size());
     for (int i = 0; i < count - 1; ++i)
         std::swap(expected[static_cast<size_t>(randomizer.Get(count - i))], expected[static_cast<size_t>(count - 1 - i)]);
-    EXPECT_EQ(Ints(sequence), expected);
-
-    TSlotSequence one(4, 20, 20);
-    AppendInts(one, {5});
-    one.Shuffle(31);
-    EXPECT_EQ(Ints(one), (std::vector<int32_t>{5}));
+    EXPECT_EQ(Values(sequence), expected);
+    EXPECT_EQ(Values(one), (Ints{5}));
 }
 
 TEST(MemoryBlockArray, KeepsFreeBlocksLastInFirstOut)

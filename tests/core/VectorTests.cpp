@@ -5,40 +5,46 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <iterator>
 #include <memory>
 #include <vector>
 
 namespace {
 
 using ItemVector = TVector<Item>;
+using V = std::vector<int>;
 
-void Fill(ItemVector& vector, std::vector<int> const& keys, int* deaths = nullptr)
+void Fill(ItemVector& vector, V const& keys, int* deaths = nullptr)
 {
     int tag = 0;
     for (int key : keys)
         vector.Add(new Item(key, tag++, deaths));
 }
 
-std::vector<int> VectorKeys(ItemVector const& vector)
+// An owning vector of the given keys, tagged 0, 1, 2 ... in order.
+struct Filled : ItemVector
 {
-    std::vector<int> keys;
+    explicit Filled(V const& keys, int* deaths = nullptr) : ItemVector(20, 20, autoDeleteOn) { Fill(*this, keys, deaths); }
+};
+
+V VectorKeys(ItemVector const& vector, bool tags = false)
+{
+    V keys;
     for (Item* e : vector)
-        keys.push_back(e->key);
+        keys.push_back(tags ? e->tag : e->key);
     return keys;
 }
 
-std::vector<int> VectorTags(ItemVector const& vector)
+V VectorTags(ItemVector const& vector)
 {
-    std::vector<int> tags;
-    for (Item* e : vector)
-        tags.push_back(e->tag);
-    return tags;
+    return VectorKeys(vector, true);
 }
+
+using BinaryFind = Item* (ItemVector::*)(Item const&, int*) const;
 
 // Index found by a binary find, -1 on a miss, checking that the returned
 // element agrees with the index.
-template <class Find>
-int IndexOf(ItemVector const& vector, int key, Find find)
+int IndexOf(ItemVector const& vector, int key, BinaryFind find)
 {
     int index = -2;
     Item* found = (vector.*find)(Item(key), &index);
@@ -50,40 +56,29 @@ int IndexOf(ItemVector const& vector, int key, Find find)
 
 TEST(Vector, BinaryFindsFollowTheirTieBreaksOnRunsOfEqualKeys)
 {
-    ItemVector vector(20, 20, autoDeleteOn);
-    Fill(vector, {10, 20, 20, 20, 20, 20, 30});
-
-    // Stops at the first midpoint that is equal, not at the first equal.
-    EXPECT_EQ(IndexOf(vector, 20, &ItemVector::BinaryFindEqual), 3);
-    EXPECT_EQ(IndexOf(vector, 25, &ItemVector::BinaryFindEqual), -1);
-
-    EXPECT_EQ(IndexOf(vector, 20, &ItemVector::BinaryFindEqualOrGreater), 3);
-    EXPECT_EQ(IndexOf(vector, 15, &ItemVector::BinaryFindEqualOrGreater), 1);
-    EXPECT_EQ(IndexOf(vector, 35, &ItemVector::BinaryFindEqualOrGreater), -1);
-
-    EXPECT_EQ(IndexOf(vector, 20, &ItemVector::BinaryFindClosestGreater), 6);
-    EXPECT_EQ(IndexOf(vector, 5, &ItemVector::BinaryFindClosestGreater), 0);
-    EXPECT_EQ(IndexOf(vector, 30, &ItemVector::BinaryFindClosestGreater), -1);
-
-    EXPECT_EQ(IndexOf(vector, 20, &ItemVector::BinaryFindClosestSmaller), 0);
-    EXPECT_EQ(IndexOf(vector, 25, &ItemVector::BinaryFindClosestSmaller), 5);
-    EXPECT_EQ(IndexOf(vector, 10, &ItemVector::BinaryFindClosestSmaller), -1);
-
-    EXPECT_EQ(IndexOf(vector, 20, &ItemVector::BinaryFindEqualOrSmaller), 3);
-    EXPECT_EQ(IndexOf(vector, 25, &ItemVector::BinaryFindEqualOrSmaller), 5);
-    EXPECT_EQ(IndexOf(vector, 5, &ItemVector::BinaryFindEqualOrSmaller), -1);
-
-    ItemVector ones(20, 20, autoDeleteOn);
-    Fill(ones, {1, 1, 1, 1, 2});
-    EXPECT_EQ(IndexOf(ones, 1, &ItemVector::BinaryFindEqual), 2);
+    Filled vector({10, 20, 20, 20, 20, 20, 30}), ones({1, 1, 1, 1, 2});
     ItemVector empty;
-    EXPECT_EQ(IndexOf(empty, 1, &ItemVector::BinaryFindEqualOrSmaller), -1);
+    auto const equal = &ItemVector::BinaryFindEqual;
+    auto const equalOrGreater = &ItemVector::BinaryFindEqualOrGreater;
+    auto const closestGreater = &ItemVector::BinaryFindClosestGreater;
+    auto const closestSmaller = &ItemVector::BinaryFindClosestSmaller;
+    auto const equalOrSmaller = &ItemVector::BinaryFindEqualOrSmaller;
+    // Equal finds stop at the first midpoint that is equal, not at the first equal.
+    struct { ItemVector const* vector; BinaryFind find; int key; int index; } const cases[] = {
+        {&vector, equal, 20, 3}, {&vector, equal, 25, -1}, {&ones, equal, 1, 2},
+        {&vector, equalOrGreater, 20, 3}, {&vector, equalOrGreater, 15, 1}, {&vector, equalOrGreater, 35, -1},
+        {&vector, closestGreater, 20, 6}, {&vector, closestGreater, 5, 0}, {&vector, closestGreater, 30, -1},
+        {&vector, closestSmaller, 20, 0}, {&vector, closestSmaller, 25, 5}, {&vector, closestSmaller, 10, -1},
+        {&vector, equalOrSmaller, 20, 3}, {&vector, equalOrSmaller, 25, 5}, {&vector, equalOrSmaller, 5, -1},
+        {&empty, equalOrSmaller, 1, -1},
+    };
+    for (size_t i = 0; i < std::size(cases); ++i)
+        EXPECT_EQ(IndexOf(*cases[i].vector, cases[i].key, cases[i].find), cases[i].index) << "case " << i;
 }
 
 TEST(Vector, SortedInsertionGoesBehindItsEquals)
 {
-    ItemVector vector(20, 20, autoDeleteOn);
-    Fill(vector, {1, 2, 2, 3});
+    Filled vector({1, 2, 2, 3});
     EXPECT_EQ(IndexOf(vector, 2, &ItemVector::BinaryFindClosestGreater), 3);
     auto* third = new Item(2, 9);
     EXPECT_EQ(vector.SimulInsertInSortedArray(third), 3);
@@ -92,7 +87,7 @@ TEST(Vector, SortedInsertionGoesBehindItsEquals)
     EXPECT_EQ(vector[3], third);
     EXPECT_EQ(vector.InsertInSortedArray(new Item(9)), 5);
     EXPECT_EQ(vector.InsertInSortedArray(new Item(0)), 0);
-    EXPECT_EQ(VectorKeys(vector), (std::vector<int>{0, 1, 2, 2, 2, 3, 9}));
+    EXPECT_EQ(VectorKeys(vector), (V{0, 1, 2, 2, 2, 3, 9}));
 }
 
 TEST(Vector, AddUniqueAlwaysInsertsByOrder)
@@ -104,29 +99,27 @@ TEST(Vector, AddUniqueAlwaysInsertsByOrder)
     auto* three = new Item(3, 7, &deaths);
     EXPECT_EQ(vector.AddUnique(three, &existed), three);
     EXPECT_FALSE(existed);
-    EXPECT_EQ(VectorKeys(vector), (std::vector<int>{3, 5, 1}));
+    EXPECT_EQ(VectorKeys(vector), (V{3, 5, 1}));
 
     EXPECT_EQ(vector.AddUnique(new Item(1, 8, &deaths), &existed), vector[2]);
     EXPECT_TRUE(existed);
     EXPECT_EQ(deaths, 1);
 
-    ItemVector sorted(20, 20, autoDeleteOn);
-    Fill(sorted, {1, 3, 5});
+    Filled sorted({1, 3, 5});
     sorted.MarkAsSorted(true);
     auto* four = new Item(4);
     EXPECT_EQ(sorted.AddUnique(four), four);
     EXPECT_EQ(sorted[2], four);
     EXPECT_EQ(sorted.AddUnique(new Item(3), &existed)->tag, 1);
     EXPECT_TRUE(existed);
-    EXPECT_EQ(VectorKeys(sorted), (std::vector<int>{1, 3, 4, 5}));
+    EXPECT_EQ(VectorKeys(sorted), (V{1, 3, 4, 5}));
 }
 
 TEST(Vector, OwnershipRulesOfClearCutAndReplace)
 {
     int deaths = 0;
     {
-        ItemVector owning(20, 20, autoDeleteOn);
-        Fill(owning, {0, 1, 2, 3, 4, 5}, &deaths);
+        Filled owning({0, 1, 2, 3, 4, 5}, &deaths);
         Item* last = owning.Pop();
         EXPECT_EQ(last->key, 5);
         last->DeleteSelf();
@@ -137,7 +130,7 @@ TEST(Vector, OwnershipRulesOfClearCutAndReplace)
         EXPECT_EQ(deaths, 3);
         owning.CutRange(0, 2, true);
         EXPECT_EQ(deaths, 5);
-        EXPECT_EQ(VectorKeys(owning), (std::vector<int>{4}));
+        EXPECT_EQ(VectorKeys(owning), (V{4}));
 
         auto* fresh = new Item(7, 0, &deaths);
         Item* old = owning.Replace(fresh, 0, false);
@@ -166,16 +159,14 @@ TEST(Vector, OwnershipRulesOfClearCutAndReplace)
 
 TEST(Vector, QuicksortOrdersAndLeavesEqualKeysInItsOwnOrder)
 {
-    ItemVector three(20, 20, autoDeleteOn);
-    Fill(three, {2, 1, 2});
+    Filled three({2, 1, 2});
     three.Sort();
-    EXPECT_EQ(VectorTags(three), (std::vector<int>{1, 2, 0}));
+    EXPECT_EQ(VectorTags(three), (V{1, 2, 0}));
     EXPECT_FALSE(three.IsSortedFlagSet());
 
-    ItemVector equal(20, 20, autoDeleteOn);
-    Fill(equal, {4, 4, 4, 4});
+    Filled equal({4, 4, 4, 4});
     equal.Sort();
-    EXPECT_EQ(VectorTags(equal), (std::vector<int>{2, 3, 0, 1}));
+    EXPECT_EQ(VectorTags(equal), (V{2, 3, 0, 1}));
 
     ItemVector many(100, 100, autoDeleteOn);
     std::vector<int> keys;
@@ -204,30 +195,27 @@ TEST(Vector, QuicksortOrdersAndLeavesEqualKeysInItsOwnOrder)
 
 TEST(Vector, MoveAtEnsureNumElementsAndInsertOfClones)
 {
-    ItemVector vector(20, 20, autoDeleteOn);
-    Fill(vector, {0, 1, 2, 3, 4});
+    Filled vector({0, 1, 2, 3, 4});
     vector.MoveAt(1, 3);
-    EXPECT_EQ(VectorKeys(vector), (std::vector<int>{0, 2, 3, 1, 4}));
+    EXPECT_EQ(VectorKeys(vector), (V{0, 2, 3, 1, 4}));
     vector.MoveAt(4, 0);
-    EXPECT_EQ(VectorKeys(vector), (std::vector<int>{4, 0, 2, 3, 1}));
+    EXPECT_EQ(VectorKeys(vector), (V{4, 0, 2, 3, 1}));
 
-    ItemVector two(20, 20, autoDeleteOn);
-    Fill(two, {7, 8});
+    Filled two({7, 8});
     int context = 5;
     vector.Insert(two, 1, &context);
-    EXPECT_EQ(VectorKeys(vector), (std::vector<int>{4, 7, 8, 0, 2, 3, 1}));
+    EXPECT_EQ(VectorKeys(vector), (V{4, 7, 8, 0, 2, 3, 1}));
     EXPECT_EQ(vector[1]->tag, 5);
     EXPECT_NE(vector[1], two[0]);
 
-    ItemVector self(20, 20, autoDeleteOn);
-    Fill(self, {1, 2, 3});
+    Filled self({1, 2, 3});
     self.Insert(self, 1);
-    EXPECT_EQ(VectorKeys(self), (std::vector<int>{1, 1, 2, 3, 2, 3}));
+    EXPECT_EQ(VectorKeys(self), (V{1, 1, 2, 3, 2, 3}));
 
     Item model(6);
     ItemVector grown(20, 20, autoDeleteOn);
     grown.EnsureNumElements(3, &model);
-    EXPECT_EQ(VectorKeys(grown), (std::vector<int>{6, 6, 6}));
+    EXPECT_EQ(VectorKeys(grown), (V{6, 6, 6}));
     EXPECT_EQ(grown.GetNumSlots(), 20);
     grown.EnsureNumElements(1, &model);
     EXPECT_EQ(grown.Count(), 3);
@@ -239,8 +227,8 @@ TEST(Vector, MoveAtEnsureNumElementsAndInsertOfClones)
         return new Item(-1);
     });
     made.EnsureNumElements(2);
-    EXPECT_EQ(VectorKeys(made), (std::vector<int>{-1, -1}));
-    EXPECT_EQ(calls, (std::vector<int>{0, 0, 0}));
+    EXPECT_EQ(VectorKeys(made), (V{-1, -1}));
+    EXPECT_EQ(calls, (V{0, 0, 0}));
 
     ItemVector nothingToMake;
     nothingToMake.EnsureNumElements(4);
@@ -250,35 +238,32 @@ TEST(Vector, MoveAtEnsureNumElementsAndInsertOfClones)
 TEST(Vector, CopiesCloneAndAbsorbMovesTheElements)
 {
     int deaths = 0;
-    ItemVector source(20, 20, autoDeleteOn);
-    Fill(source, {3, 1, 2}, &deaths);
+    Filled source({3, 1, 2}, &deaths);
     source.SetCompareMode(1);
     {
         int context = 4;
         ItemVector copy(source, &context);
-        EXPECT_EQ(VectorKeys(copy), (std::vector<int>{3, 1, 2}));
+        EXPECT_EQ(VectorKeys(copy), (V{3, 1, 2}));
         EXPECT_EQ(copy.GetCompareMode(), 1);
         EXPECT_TRUE(copy.ShouldDeleteElements());
         ItemVector other;
         other = source;
         EXPECT_TRUE(other.ShouldDeleteElements());
-        EXPECT_EQ(VectorTags(other), (std::vector<int>{0, 1, 2}));
+        EXPECT_EQ(VectorTags(other), (V{0, 1, 2}));
     }
     EXPECT_EQ(deaths, 6);
 
-    ItemVector target(20, 20, autoDeleteOn);
-    Fill(target, {5});
+    Filled target({5});
     target.AbsorbAndSort(source); // compare mode 0 here
     EXPECT_TRUE(source.IsEmpty());
     EXPECT_FALSE(source.HasAllocatedMemory());
-    EXPECT_EQ(VectorKeys(target), (std::vector<int>{1, 2, 3, 5}));
+    EXPECT_EQ(VectorKeys(target), (V{1, 2, 3, 5}));
     EXPECT_EQ(deaths, 6);
 }
 
 TEST(Vector, LinearFindsKeepTheEarlierAtTies)
 {
-    ItemVector vector(20, 20, autoDeleteOn);
-    Fill(vector, {4, 2, 7, 2, 9, 9});
+    Filled vector({4, 2, 7, 2, 9, 9});
     int index = -2;
     EXPECT_EQ(vector.LinearFindSmallest(&index)->tag, 1);
     EXPECT_EQ(index, 1);
@@ -320,7 +305,7 @@ TEST(Vector, IterationConvertsEachPointerToTheElementClass)
     std::vector<int> keys;
     for (Behind* e : vector)
         keys.push_back(e->key);
-    EXPECT_EQ(keys, (std::vector<int>{1, 2, 3}));
+    EXPECT_EQ(keys, (V{1, 2, 3}));
     EXPECT_EQ(*vector.begin(), vector[0]);
     EXPECT_NE(static_cast<void*>(vector[0]), static_cast<void*>(static_cast<TObject*>(vector[0])));
 }
@@ -331,12 +316,12 @@ TEST(ValueVector, HoldsValuesAndRunsTheirLifetimes)
     for (int i : {5, 3, 8})
         numbers.Add(i);
     numbers.Insert(1, 0);
-    EXPECT_EQ(std::vector<int>(numbers.begin(), numbers.end()), (std::vector<int>{1, 5, 3, 8}));
+    EXPECT_EQ(std::vector<int>(numbers.begin(), numbers.end()), (V{1, 5, 3, 8}));
     numbers.Sort();
     EXPECT_EQ(numbers.IndexOf(8), 3);
     EXPECT_EQ(numbers.Pop(), 8);
     numbers.Cut(0);
-    EXPECT_EQ(std::vector<int>(numbers.begin(), numbers.end()), (std::vector<int>{3, 5}));
+    EXPECT_EQ(std::vector<int>(numbers.begin(), numbers.end()), (V{3, 5}));
     numbers.EnsureNumElements(4);
     EXPECT_EQ(numbers[3], 0);
 

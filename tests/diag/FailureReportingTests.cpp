@@ -8,8 +8,10 @@
 #include <QString>
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <memory>
 #include <thread>
+#include <vector>
 
 namespace {
 
@@ -18,11 +20,16 @@ QString Text(TString<char16_t> const* text)
     return text ? text->qString() : QStringLiteral("<null>");
 }
 
+// Message, detail and code, as one line.
+QString Describe(TException const& e)
+{
+    return Text(e.Message()) + '|' + Text(e.Detail()) + '|' + QString::number(e.Code());
+}
+
 struct WarnRecord
 {
     int calls = 0;
-    QString message;
-    unsigned code = 0;
+    QString exception;
     bool flag = false;
 };
 WarnRecord g_warned;
@@ -30,8 +37,7 @@ WarnRecord g_warned;
 void RecordWarning(TException const& exception, bool flag)
 {
     ++g_warned.calls;
-    g_warned.message = Text(exception.Message());
-    g_warned.code = exception.Code();
+    g_warned.exception = Describe(exception);
     g_warned.flag = flag;
 }
 
@@ -44,6 +50,27 @@ protected:
         SetWarnUserCallback(RecordWarning);
     }
     void TearDown() override { SetWarnUserCallback(nullptr); }
+    static void Warn(char16_t const* message) { TExceptionThrower(true).SetAndThrow(message); }
+};
+
+// Every form of SetAndThrow, with what its exception carries.
+struct ThrowForm
+{
+    std::function<void(TExceptionThrower&)> call;
+    char const* carried;
+};
+
+std::vector<ThrowForm> const g_forms = {
+    {[](TExceptionThrower& t) { t.SetAndThrow(); }, "<null>|<null>|0"},
+    {[](TExceptionThrower& t) { t.SetAndThrow(TException(u"m", u"d", 4u)); }, "m|d|4"},
+    {[](TExceptionThrower& t) { t.SetAndThrow(u"m"); }, "m|<null>|0"},
+    {[](TExceptionThrower& t) { t.SetAndThrow(QStringLiteral("m")); }, "m|<null>|0"},
+    {[](TExceptionThrower& t) { t.SetAndThrow(u"m", u"d"); }, "m|d|0"},
+    {[](TExceptionThrower& t) { t.SetAndThrow(u"m", 1u); }, "m|<null>|1"},
+    {[](TExceptionThrower& t) { t.SetAndThrow(QStringLiteral("m"), 5u); }, "m|<null>|5"},
+    {[](TExceptionThrower& t) { t.SetAndThrow(u"m", u"d", 2u); }, "m|d|2"},
+    {[](TExceptionThrower& t) { t.SetAndThrow(QStringLiteral("Disk full"), QStringLiteral("b.wav"), 28u); },
+     "Disk full|b.wav|28"},
 };
 
 bool BuiltWithSanitizer()
@@ -57,141 +84,100 @@ bool BuiltWithSanitizer()
 
 } // namespace
 
-TEST(TExceptionTexts, EmptyOrNullTextsLeaveNullPointers)
+TEST(TExceptionTexts, EmptyTextsAreNullNarrowOnesUtf8AndCopiesOwnTheirs)
 {
-    EXPECT_EQ(TException(u"").Message(), nullptr);
-    EXPECT_EQ(TException("").Message(), nullptr);
-    EXPECT_EQ(TException(static_cast<char16_t const*>(nullptr)).Message(), nullptr);
-    TException both(u"", u"", 7);
-    EXPECT_EQ(both.Message(), nullptr);
-    EXPECT_EQ(both.Detail(), nullptr);
-    EXPECT_EQ(both.Code(), 7u);
-    TException empty;
-    EXPECT_EQ(empty.Message(), nullptr);
-    EXPECT_EQ(empty.Detail(), nullptr);
-    EXPECT_EQ(empty.Code(), 0u);
-}
+    EXPECT_EQ(Describe(TException(u"")), "<null>|<null>|0");
+    EXPECT_EQ(Describe(TException("")), "<null>|<null>|0");
+    EXPECT_EQ(Describe(TException(static_cast<char16_t const*>(nullptr))), "<null>|<null>|0");
+    EXPECT_EQ(Describe(TException(u"", u"", 7)), "<null>|<null>|7");
+    EXPECT_EQ(Describe(TException()), "<null>|<null>|0");
+    EXPECT_EQ(Describe(TException("Caf\xC3\xA9", "d\xC3\xA9tail", 3)), QString::fromUtf8("Café|détail|3"));
 
-TEST(TExceptionTexts, NarrowTextsAreReadAsUtf8)
-{
-    TException exception("Caf\xC3\xA9", "d\xC3\xA9tail", 3);
-    EXPECT_EQ(Text(exception.Message()), QString::fromUtf8("Caf\xC3\xA9"));
-    EXPECT_EQ(Text(exception.Detail()), QString::fromUtf8("d\xC3\xA9tail"));
-    EXPECT_EQ(exception.Code(), 3u);
-}
-
-TEST(TExceptionTexts, CopyOutlivesTheOriginal)
-{
     auto original = std::make_unique<TException>(u"Cannot open", u"a.wav", 2u);
     TException copy(*original);
     TException assigned;
     assigned = *original;
     ASSERT_NE(copy.Message(), original->Message()); // separate objects
     original.reset();
-    EXPECT_EQ(Text(copy.Message()), QStringLiteral("Cannot open"));
-    EXPECT_EQ(Text(copy.Detail()), QStringLiteral("a.wav"));
-    EXPECT_EQ(copy.Code(), 2u);
-    EXPECT_EQ(Text(assigned.Message()), QStringLiteral("Cannot open"));
-    EXPECT_EQ(Text(assigned.Detail()), QStringLiteral("a.wav"));
+    EXPECT_EQ(Describe(copy), "Cannot open|a.wav|2");
+    EXPECT_EQ(Describe(assigned), "Cannot open|a.wav|2");
 }
 
-TEST(TExceptionThrowerTests, ThrowingModeThrowsEveryForm)
+TEST_F(WarningCallback, EveryFormThrowsOrWarnsWithWhatItWasGiven)
 {
-    TExceptionThrower thrower(false);
-    try {
-        thrower.SetAndThrow(QStringLiteral("Disk full"), QStringLiteral("b.wav"), 28u);
-        FAIL() << "no throw";
-    } catch (TException const& e) {
-        EXPECT_EQ(Text(e.Message()), QStringLiteral("Disk full"));
-        EXPECT_EQ(Text(e.Detail()), QStringLiteral("b.wav"));
-        EXPECT_EQ(e.Code(), 28u);
-    }
-    EXPECT_THROW(thrower.SetAndThrow(), TException);
-    EXPECT_THROW(thrower.SetAndThrow(u"x"), TException);
-    EXPECT_THROW(thrower.SetAndThrow(u"x", 1u), TException);
-    EXPECT_THROW(thrower.SetAndThrow(QStringLiteral("x"), 1u), TException);
-    EXPECT_THROW(thrower.SetAndThrow(u"x", u"y"), TException);
-    EXPECT_THROW(thrower.SetAndThrow(TException(u"x")), TException);
-}
-
-TEST(TExceptionThrowerTests, WarningModeWithoutCallbackReturnsSilently)
-{
-    SetWarnUserCallback(nullptr);
-    EXPECT_NO_THROW(TExceptionThrower(true).SetAndThrow(u"x"));
-    EXPECT_NO_THROW(TExceptionThrower(true).SetAndThrow());
-}
-
-TEST_F(WarningCallback, WarningModeCallsTheCallbackAndReturns)
-{
-    TExceptionThrower(true).SetAndThrow(QStringLiteral("Cannot save"), 5u);
-    EXPECT_EQ(g_warned.calls, 1);
-    EXPECT_EQ(g_warned.message, QStringLiteral("Cannot save"));
-    EXPECT_EQ(g_warned.code, 5u);
-    EXPECT_TRUE(g_warned.flag);
-}
-
-TEST_F(WarningCallback, BypassScopeSilencesOnlyItsOwnThread)
-{
-    TBypassExceptionMessages bypass(true);
-    TExceptionThrower(true).SetAndThrow(u"here");
-    EXPECT_EQ(g_warned.calls, 0);
-    std::thread other([] { TExceptionThrower(true).SetAndThrow(u"there"); });
-    other.join();
-    EXPECT_EQ(g_warned.calls, 1);
-    EXPECT_EQ(g_warned.message, QStringLiteral("there"));
-}
-
-TEST_F(WarningCallback, ArgumentlessFormIgnoresTheBypass)
-{
-    TBypassExceptionMessages bypass(true);
-    TExceptionThrower(true).SetAndThrow();
-    EXPECT_EQ(g_warned.calls, 1);
-    EXPECT_EQ(g_warned.message, QStringLiteral("<null>"));
-}
-
-TEST_F(WarningCallback, ScopesDoNotNest)
-{
-    TBypassExceptionMessages outer(true);
-    {
-        TBypassExceptionMessages inner(true);
-        TExceptionThrower(true).SetAndThrow(u"inner");
+    for (ThrowForm const& form : g_forms) {
+        SCOPED_TRACE(form.carried);
+        TExceptionThrower throwing(false);
+        try {
+            form.call(throwing);
+            ADD_FAILURE() << "no throw";
+        } catch (TException const& e) {
+            EXPECT_EQ(Describe(e), form.carried);
+        }
         EXPECT_EQ(g_warned.calls, 0);
+
+        TExceptionThrower warning(true);
+        form.call(warning);
+        EXPECT_EQ(g_warned.calls, 1);
+        EXPECT_EQ(g_warned.exception, form.carried);
+        EXPECT_TRUE(g_warned.flag);
+        g_warned = WarnRecord();
     }
-    // The inner scope removed the thread's only entry.
-    TExceptionThrower(true).SetAndThrow(u"rest of outer");
-    EXPECT_EQ(g_warned.calls, 1);
+    // Without a callback a warning goes nowhere.
+    SetWarnUserCallback(nullptr);
+    for (ThrowForm const& form : g_forms) {
+        TExceptionThrower warning(true);
+        EXPECT_NO_THROW(form.call(warning)) << form.carried;
+    }
 }
 
-TEST_F(WarningCallback, DisabledScopeChangesNothing)
+TEST_F(WarningCallback, BypassScopesSilenceOnlyTheirThreadAndDoNotNest)
 {
-    TBypassExceptionMessages bypass(true);
     {
-        TBypassExceptionMessages disabled(false);
+        TBypassExceptionMessages bypass(true);
+        Warn(u"here");
+        EXPECT_EQ(g_warned.calls, 0);
+        std::thread other([] { Warn(u"there"); });
+        other.join();
+        EXPECT_EQ(g_warned.calls, 1);
+        EXPECT_EQ(g_warned.exception, "there|<null>|0");
+
+        TExceptionThrower(true).SetAndThrow(); // the argumentless form ignores the bypass
+        EXPECT_EQ(g_warned.calls, 2);
+        {
+            TBypassExceptionMessages disabled(false);
+        }
+        Warn(u"still bypassed");
+        EXPECT_EQ(g_warned.calls, 2);
+        {
+            TBypassExceptionMessages inner(true);
+        }
+        // The inner scope removed the thread's only entry.
+        Warn(u"rest of outer");
+        EXPECT_EQ(g_warned.calls, 3);
     }
-    TExceptionThrower(true).SetAndThrow(u"still bypassed");
-    EXPECT_EQ(g_warned.calls, 0);
+    EXPECT_FALSE(TBypassExceptionMessages::IsCurrentThreadBypassed());
 }
 
-TEST(OutOfMemory, ThrowIfNoMemoryThrowsTheOneMessage)
+TEST(OutOfMemory, ThrowIfNoMemoryAndNewThrowTheOneMessage)
 {
     EXPECT_NO_THROW(ThrowIfNoMemory(&g_warned));
     try {
         ThrowIfNoMemory(nullptr);
-        FAIL() << "no throw";
+        ADD_FAILURE() << "no throw";
     } catch (TException const& e) {
-        EXPECT_EQ(Text(e.Message()), QStringLiteral("Out of memory"));
-        EXPECT_EQ(e.Detail(), nullptr);
-        EXPECT_EQ(e.Code(), 0u);
+        EXPECT_EQ(Describe(e), "Out of memory|<null>|0");
     }
-}
-
-TEST(OutOfMemory, NewThrowsTException)
-{
     if (BuiltWithSanitizer())
         GTEST_SKIP() << "the sanitizers' allocators abort on impossible sizes";
     volatile size_t impossible = size_t(1) << 62;
     // Through a volatile pointer: the compiler may not drop the allocation.
     char* volatile block = nullptr;
-    EXPECT_THROW(block = new char[impossible], TException);
+    try {
+        block = new char[impossible];
+        ADD_FAILURE() << "no throw";
+    } catch (TException const& e) {
+        EXPECT_EQ(Describe(e), "Out of memory|<null>|0");
+    }
     delete[] block;
 }

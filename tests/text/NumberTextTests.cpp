@@ -13,6 +13,7 @@
 #include <cstring>
 #include <random>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -45,40 +46,24 @@ std::string Float(double value, int options)
 
 int const sig3 = NumSignificantDigits(3);
 
-TEST(IntToString, SignWidthAndGrouping)
+TEST(IntToString, SignWidthGroupingAndRomanNumerals)
 {
-    EXPECT_EQ(Int(0, 0, eNumPlusSign), "0");
-    EXPECT_EQ(Int(42, 0, eNumPlusSign), "+42");
-    EXPECT_EQ(Int(-42, 0, eNumPlusSign), "-42");
-    EXPECT_EQ(Int(5, 2), "05");
-    EXPECT_EQ(Int(5, 3, eNumLeadingSpaces), "  5");
-    EXPECT_EQ(Int(0, 3, eNumLeadingSpaces), "  0");
-    EXPECT_EQ(Int(120, 3, eNumLeadingSpaces), "120");
-    EXPECT_EQ(Int(-5, 3), "-005");
-    EXPECT_EQ(Int(-5, 3, eNumLeadingSpaces), "-005") << "a text that starts with its sign keeps its zeros";
-    EXPECT_EQ(Int(12345, 3), "12345") << "width never cuts";
-    EXPECT_EQ(Int(1234567, 0, eNumGroupDigits), "1 234 567");
-    EXPECT_EQ(Int(-1234, 0, eNumGroupDigits), "-1 234");
-    EXPECT_EQ(Int(123, 0, eNumGroupDigits), "123");
-    EXPECT_EQ(Int(123456, 0, eNumGroupDigits), "123 456");
-    EXPECT_EQ(Int(1234567, 9, eNumGroupDigits), "001234567") << "a width turns grouping off";
-    EXPECT_EQ(Int(INT_MIN), "-2147483648");
-    EXPECT_EQ(Int(INT_MAX, 0, eNumGroupDigits | eNumPlusSign), "+2 147 483 647");
-    EXPECT_EQ(Int(LLONG_MIN), "-9223372036854775808");
-    EXPECT_EQ(Int(LLONG_MAX, 0, eNumGroupDigits), "9 223 372 036 854 775 807");
-    EXPECT_EQ(Int(9, 0), "9");
-    EXPECT_EQ(Int(10, 0), "10");
-    EXPECT_EQ(Int(99, 0), "99");
-    EXPECT_EQ(Int(100, 0), "100");
-}
-
-TEST(IntToString, RomanNumeralsAndTheirLimits)
-{
-    EXPECT_EQ(Int(1994, 0, eNumRoman), "mcmxciv");
-    EXPECT_EQ(Int(1994, 0, eNumRoman | eNumRomanCapitals), "MCMXCIV");
-    EXPECT_EQ(Int(3999, 0, eNumRoman), "mmmcmxcix");
-    EXPECT_EQ(Int(444, 0, eNumRoman), "cdxliv");
-    EXPECT_EQ(Int(1, 5, eNumRoman | eNumPlusSign), "i") << "no sign, no width";
+    int const roman = eNumRoman;
+    int const group = eNumGroupDigits;
+    struct { long long value; int width; int options; char const* text; } const cases[] = {
+        {0, 0, eNumPlusSign, "0"}, {42, 0, eNumPlusSign, "+42"}, {-42, 0, eNumPlusSign, "-42"}, {5, 2, 0, "05"},
+        {5, 3, eNumLeadingSpaces, "  5"}, {0, 3, eNumLeadingSpaces, "  0"}, {120, 3, eNumLeadingSpaces, "120"},
+        {-5, 3, eNumLeadingSpaces, "-005"}, // a text that starts with its sign keeps its zeros
+        {1234567, 0, group, "1 234 567"}, {-1234, 0, group, "-1 234"}, {123, 0, group, "123"},
+        {123456, 0, group, "123 456"}, {1234567, 9, group, "001234567"}, // a width turns grouping off
+        {INT_MAX, 0, group | eNumPlusSign, "+2 147 483 647"}, {LLONG_MAX, 0, group, "9 223 372 036 854 775 807"},
+        {LLONG_MIN, 0, group, "-9 223 372 036 854 775 808"},
+        {1994, 0, roman, "mcmxciv"}, {1994, 0, roman | eNumRomanCapitals, "MCMXCIV"}, {3999, 0, roman, "mmmcmxcix"},
+        {444, 0, roman, "cdxliv"}, {1, 5, roman | eNumPlusSign, "i"}, // no sign, no width
+    };
+    for (auto const& c : cases)
+        EXPECT_EQ(Int(c.value, c.width, c.options), c.text) << c.value << " width " << c.width << " options " << c.options;
+    // Roman numerals stop at 3999 and have no zero: nothing is written.
     for (long long nothing : {0LL, -1LL, 4000LL, 1LL << 40}) {
         char buffer[8] = "xxxxxxx";
         EXPECT_EQ(Int64ToString(nothing, buffer, 0, eNumRoman), 0);
@@ -86,16 +71,20 @@ TEST(IntToString, RomanNumeralsAndTheirLimits)
     }
 }
 
-TEST(IntToString, DigitsMatchPrintfOverRandomValues)
+TEST(IntToString, DigitsMatchPrintfAtEveryPowerOfTenAndOverRandomValues)
 {
+    std::vector<long long> values = {LLONG_MIN, LLONG_MAX, INT_MIN, INT_MAX};
+    for (long long p = 1; p <= LLONG_MAX / 10; p *= 10)
+        values.insert(values.end(), {p - 1, p, 1 - p, -p});
     std::mt19937_64 random(7);
-    for (int i = 0; i < 20000; ++i) {
-        long long value = static_cast<long long>(random()) >> (random() % 64);
+    for (int i = 0; i < 20000; ++i)
+        values.push_back(static_cast<long long>(random()) >> (random() % 64));
+    for (long long value : values) {
         int width = static_cast<int>(random() % 22);
+        unsigned long long const magnitude = value < 0 ? 0ULL - static_cast<unsigned long long>(value) : value;
         char expected[64];
-        std::snprintf(expected, sizeof expected, "%0*llu", width, static_cast<unsigned long long>(std::llabs(value)));
-        std::string text = Int(value, width);
-        ASSERT_EQ(text, (value < 0 ? "-" : "") + std::string(expected)) << value << " width " << width;
+        std::snprintf(expected, sizeof expected, "%s%0*llu", value < 0 ? "-" : "", width, magnitude);
+        ASSERT_EQ(Int(value, width), expected) << value << " width " << width;
     }
 }
 
@@ -117,52 +106,31 @@ TEST(IntegerToZeroJustifiedString, MatchesPrintfWidthOfTheMaximum)
     }
 }
 
-TEST(FloatToString, DecimalsRoundHalvesAwayFromZero)
+TEST(FloatToString, DecimalsSignificantDigitsExponentsAndNonFinite)
 {
-    EXPECT_EQ(Float(-0.001, 2), "0") << "rounded to zero: no sign";
-    EXPECT_EQ(Float(-0.004, eNumPlusSign | 2), "0");
-    EXPECT_EQ(Float(-0.0, 0), "0");
-    EXPECT_EQ(Float(2.5, 3), "2.5");
-    EXPECT_EQ(Float(2.5, eNumKeepTrailingZeros | 3), "2.500");
-    EXPECT_EQ(Float(0, eNumKeepTrailingZeros | 2), "0.00");
-    EXPECT_EQ(Float(0, 2), "0");
-    EXPECT_EQ(Float(2.5, 0), "3");
-    EXPECT_EQ(Float(-0.5, 0), "-1");
-    EXPECT_EQ(Float(9.996, 2), "10");
-    EXPECT_EQ(Float(-9.996, eNumKeepTrailingZeros | 2), "-10.00");
-    EXPECT_EQ(Float(3.14159, eNumPlusSign | 2), "+3.14");
-    EXPECT_EQ(Float(0.05, 2), "0.05");
-    EXPECT_EQ(Float(1234567.891, eNumGroupDigits | 2), "1 234 567.89");
-    EXPECT_EQ(Float(1.5, eNumKeepTrailingZeros | 15), "1.500000000000000");
-}
-
-TEST(FloatToString, SignificantDigits)
-{
-    EXPECT_EQ(Float(1234.5, sig3), "1230");
-    EXPECT_EQ(Float(0.012345, sig3), "0.0123");
-    EXPECT_EQ(Float(-0.012345, sig3), "-0.0123");
-    EXPECT_EQ(Float(0.1, sig3), "0.1");
-    EXPECT_EQ(Float(0.1, sig3 | eNumKeepTrailingZeros), "0.100");
-    EXPECT_EQ(Float(0.1, sig3 | eNumKeepTrailingZeros | 5), "0.10000") << "the larger of the two counts";
-    EXPECT_EQ(Float(9.96, NumSignificantDigits(2)), "10");
-    EXPECT_EQ(Float(123456789012.0, sig3 | eNumGroupDigits), "123 000 000 000");
-    EXPECT_EQ(Float(1.23e-20, sig3), "0") << "decimals stop at 15";
-    EXPECT_EQ(Float(0, sig3 | eNumKeepTrailingZeros), "0.00");
-}
-
-TEST(FloatToString, ExponentLargeAndNonFinite)
-{
-    EXPECT_EQ(Float(1234.5, eNumExponent | 2), "1.23e+03");
-    EXPECT_EQ(Float(-0.00012, eNumExponent | 1), "-1.2e-04");
-    EXPECT_EQ(Float(2147483646.4, 0), "2147483646");
-    EXPECT_EQ(Float(2147483646.6, 0), "2147483647");
-    EXPECT_EQ(Float(-4294967296.5, eNumGroupDigits | 1), "-4 294 967 296.5");
-    EXPECT_EQ(Float(1e20, eNumGroupDigits), "100 000 000 000 000 000 000");
-    EXPECT_EQ(Float(1e21, eNumKeepTrailingZeros | 2), "1e+21");
-    EXPECT_EQ(Float(-1e300, 2), "-1e+300");
-    EXPECT_EQ(Float(std::nan(""), 2), "nan");
-    EXPECT_EQ(Float(INFINITY, eNumPlusSign), "+inf");
-    EXPECT_EQ(Float(-INFINITY, eNumExponent), "-inf");
+    int const keep = eNumKeepTrailingZeros;
+    int const plus = eNumPlusSign;
+    int const group = eNumGroupDigits;
+    int const exponent = eNumExponent;
+    struct { double value; int options; char const* text; } const cases[] = {
+        // Decimals round halves away from zero; what rounds to zero has no sign.
+        {-0.001, 2, "0"}, {-0.004, plus | 2, "0"}, {-0.0, 0, "0"}, {2.5, 3, "2.5"}, {2.5, keep | 3, "2.500"},
+        {0, keep | 2, "0.00"}, {0, 2, "0"}, {2.5, 0, "3"}, {-0.5, 0, "-1"}, {9.996, 2, "10"},
+        {-9.996, keep | 2, "-10.00"}, {3.14159, plus | 2, "+3.14"}, {0.05, 2, "0.05"},
+        {1234567.891, group | 2, "1 234 567.89"}, {1.5, keep | 15, "1.500000000000000"},
+        // Significant digits; with trailing zeros kept the larger of the two
+        // counts wins, and decimals stop at 15.
+        {1234.5, sig3, "1230"}, {0.012345, sig3, "0.0123"}, {-0.012345, sig3, "-0.0123"}, {0.1, sig3, "0.1"},
+        {0.1, sig3 | keep, "0.100"}, {0.1, sig3 | keep | 5, "0.10000"}, {9.96, NumSignificantDigits(2), "10"},
+        {123456789012.0, sig3 | group, "123 000 000 000"}, {1.23e-20, sig3, "0"}, {0, sig3 | keep, "0.00"},
+        // Exponents, large values and what is not finite.
+        {1234.5, exponent | 2, "1.23e+03"}, {-0.00012, exponent | 1, "-1.2e-04"}, {2147483646.4, 0, "2147483646"},
+        {2147483646.6, 0, "2147483647"}, {-4294967296.5, group | 1, "-4 294 967 296.5"},
+        {1e20, group, "100 000 000 000 000 000 000"}, {1e21, keep | 2, "1e+21"}, {-1e300, 2, "-1e+300"},
+        {std::nan(""), 2, "nan"}, {INFINITY, plus, "+inf"}, {-INFINITY, exponent, "-inf"},
+    };
+    for (auto const& c : cases)
+        EXPECT_EQ(Float(c.value, c.options), c.text) << c.value << " options " << std::hex << c.options;
 }
 
 TEST(FloatToString, NeverOutgrowsItsBuffer)
@@ -181,17 +149,14 @@ TEST(FloatToString, NeverOutgrowsItsBuffer)
 
 TEST(RoundToSignificantDigits, ValueAndExponentOfTheLastDigit)
 {
+    struct { double value; int digits; double rounded; int exponent; } const cases[] = {
+        {1234.5, 3, 1230, 1}, {-0.012345, 3, -0.0123, -4}, {9.96, 2, 10, 0}, // the carry adds a digit
+        {1000, 2, 1000, 2}, {0, 3, 0, -2}};
     int exponent = 99;
-    EXPECT_DOUBLE_EQ(RoundToSignificantDigits(1234.5, 3, &exponent), 1230);
-    EXPECT_EQ(exponent, 1);
-    EXPECT_DOUBLE_EQ(RoundToSignificantDigits(-0.012345, 3, &exponent), -0.0123);
-    EXPECT_EQ(exponent, -4);
-    EXPECT_DOUBLE_EQ(RoundToSignificantDigits(9.96, 2, &exponent), 10);
-    EXPECT_EQ(exponent, 0) << "the carry adds a digit";
-    EXPECT_DOUBLE_EQ(RoundToSignificantDigits(1000, 2, &exponent), 1000);
-    EXPECT_EQ(exponent, 2);
-    EXPECT_EQ(RoundToSignificantDigits(0, 3, &exponent), 0);
-    EXPECT_EQ(exponent, -2);
+    for (auto const& c : cases) {
+        EXPECT_DOUBLE_EQ(RoundToSignificantDigits(c.value, c.digits, &exponent), c.rounded) << c.value;
+        EXPECT_EQ(exponent, c.exponent) << c.value;
+    }
     EXPECT_TRUE(std::isnan(RoundToSignificantDigits(std::nan(""), 3, &exponent)));
     EXPECT_EQ(exponent, 0);
     EXPECT_DOUBLE_EQ(RoundToSignificantDigits(123.456, 0), 100) << "digits clamp to 1";

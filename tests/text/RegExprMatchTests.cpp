@@ -4,21 +4,13 @@
 
 #include <gtest/gtest.h>
 
+#include <vector>
+
 namespace {
 
 template <class T>
 class RegExprMatch : public ::testing::Test
 {
-protected:
-    static std::string M(char const* pattern, char const* text, bool caseSensitive = true)
-    {
-        return MatchOf<T>(pattern, text, caseSensitive);
-    }
-    static std::string M1(char const* pattern, char const* text) { return MatchOf<T>(pattern, text, true, eRegex2ModeReduced); }
-    static std::string M2(char const* pattern, char const* text)
-    {
-        return MatchOf<T>(pattern, text, true, static_cast<ERegex2Mode>(2));
-    }
 };
 
 TYPED_TEST_SUITE(RegExprMatch, RegExprCharTypes, RegExprCharNames);
@@ -27,22 +19,13 @@ TYPED_TEST_SUITE(RegExprMatch, RegExprCharTypes, RegExprCharNames);
 
 TYPED_TEST(RegExprMatch, ScanStartsEverywhereButAtTheEndOfANonEmptyText)
 {
-    EXPECT_EQ(this->M("", "abc"), "0-0");
-    EXPECT_EQ(this->M("", ""), "0-0");
-    EXPECT_EQ(this->M("a*", ""), "0-0"); // an empty text is tried once
-    EXPECT_EQ(this->M("a", ""), "none");
-    EXPECT_EQ(this->M("$", "abc"), "none");
-    EXPECT_EQ(this->M("$", ""), "0-0");
-    EXPECT_EQ(this->M("c$", "abc"), "2-3");
-    EXPECT_EQ(this->M("b$", "abc"), "none");
-    EXPECT_EQ(this->M("bc", "abcbc"), "1-3");
-
-    // ^ and $ are anchors only at the ends of the whole pattern.
-    EXPECT_EQ(this->M("^ab", "xab"), "none");
-    EXPECT_EQ(this->M("^ab", "abx"), "0-2");
-    EXPECT_EQ(this->M("a^", "ba^"), "1-3");
-    EXPECT_EQ(this->M("a$b", "xa$b"), "1-4");
-    EXPECT_EQ(this->M("(a$)", "a$"), "0-2");
+    ExpectMatches<TypeParam>({
+        {"", "abc", "0-0"}, {"", "", "0-0"}, {"a*", "", "0-0"}, {"a", "", "none"}, {"$", "abc", "none"},
+        {"$", "", "0-0"}, {"c$", "abc", "2-3"}, {"b$", "abc", "none"}, {"bc", "abcbc", "1-3"},
+        // ^ and $ are anchors only at the ends of the whole pattern.
+        {"^ab", "xab", "none"}, {"^ab", "abx", "0-2"}, {"a^", "ba^", "1-3"}, {"a$b", "xa$b", "1-4"},
+        {"(a$)", "a$", "0-2"},
+    });
 }
 
 TYPED_TEST(RegExprMatch, NullTextFailsAndReportsNoEnd)
@@ -69,192 +52,135 @@ TYPED_TEST(RegExprMatch, NullTextFailsAndReportsNoEnd)
 
 TYPED_TEST(RegExprMatch, NegativeClassesGoOnAtTheEndWithoutMoving)
 {
-    EXPECT_EQ(this->M("a/D", "a"), "0-1");
-    EXPECT_EQ(this->M("a.", "a"), "none");
-    EXPECT_EQ(this->M("/D", ""), "0-0");
-    EXPECT_EQ(this->M("/D", "5a"), "1-2");
-    EXPECT_EQ(this->M("a/Db", "a5b"), "none");
+    ExpectMatches<TypeParam>({{"a/D", "a", "0-1"}, {"a.", "a", "none"}, {"/D", "", "0-0"}, {"/D", "5a", "1-2"},
+                              {"a/Db", "a5b", "none"}});
     for (char const* pattern : {"x/L", "x/W", "x/V", "x/Y", "x/S"})
-        EXPECT_EQ(this->M(pattern, "x"), "0-1") << pattern;
+        EXPECT_EQ(MatchOf<TypeParam>(pattern, "x"), "0-1") << pattern;
     // Not of that kind: they need a character.
     for (char const* pattern : {"x/F", "x/X", "x[^a]", "x/d", "x/x"})
-        EXPECT_EQ(this->M(pattern, "x"), "none") << pattern;
+        EXPECT_EQ(MatchOf<TypeParam>(pattern, "x"), "none") << pattern;
 }
 
-TYPED_TEST(RegExprMatch, BoundaryTakesNothingAtTheStartAndABlankElsewhere)
+TYPED_TEST(RegExprMatch, ClassesEscapesAndBoundaries)
 {
-    EXPECT_EQ(this->M("/b", "ab"), "0-0");
-    EXPECT_EQ(this->M("/ba", " a"), "none");
-    EXPECT_EQ(this->M("/ba", "x a"), "1-3");
-    EXPECT_EQ(this->M("/bb", "a\tb"), "1-3");
-    EXPECT_EQ(this->M("x/b", "x"), "none");
+    ExpectMatches<TypeParam>({
+        {"[a-c]+", "xxbcay", "2-5"}, {"[^a-c]+", "abxyc", "2-4"}, {"[/]]", "a]", "1-2"}, {"[a/-z]", "b-", "1-2"},
+        {"[-a]+", "x-a", "1-3"}, {"[/n]", "n\n", "1-2"}, {"[/t/r]+", "a\t\r", "1-3"},
+        {"[/n]", "\nn", "1-2", modeReduced}, {"[/n]", "\nn", "1-2", modeOther},
+        // Outside a class /n is the letter, // the slash, and a slash at the
+        // end stands for itself.
+        {"/n", "\nn", "1-2"}, {"a//b", "a/b", "0-3"}, {"a/", "ba/", "1-3"}, {"/*/+/?", "a*+?", "1-4"},
+        // A boundary takes nothing at the start and a blank elsewhere.
+        {"/b", "ab", "0-0"}, {"/ba", " a", "none"}, {"/ba", "x a", "1-3"}, {"/bb", "a\tb", "1-3"},
+        {"x/b", "x", "none"},
+    });
 }
 
-TYPED_TEST(RegExprMatch, ClassesAndTheirEscapes)
+TYPED_TEST(RegExprMatch, LetterEscapesAndAbbreviationsByMode)
 {
-    EXPECT_EQ(this->M("[a-c]+", "xxbcay"), "2-5");
-    EXPECT_EQ(this->M("[^a-c]+", "abxyc"), "2-4");
-    EXPECT_EQ(this->M("[/]]", "a]"), "1-2");
-    EXPECT_EQ(this->M("[a/-z]", "b-"), "1-2");
-    EXPECT_EQ(this->M("[-a]+", "x-a"), "1-3");
-    EXPECT_EQ(this->M("[/n]", "n\n"), "1-2");
-    EXPECT_EQ(this->M("[/t/r]+", "a\t\r"), "1-3");
-    EXPECT_EQ(this->M1("[/n]", "\nn"), "1-2");
-    EXPECT_EQ(this->M2("[/n]", "\nn"), "1-2");
-    // Outside a class /n is the letter, // the slash, and a slash at the end
-    // stands for itself.
-    EXPECT_EQ(this->M("/n", "\nn"), "1-2");
-    EXPECT_EQ(this->M("a//b", "a/b"), "0-3");
-    EXPECT_EQ(this->M("a/", "ba/"), "1-3");
-    EXPECT_EQ(this->M("/*/+/?", "a*+?"), "1-4");
-}
+    ExpectMatches<TypeParam>({
+        {"/x+", "ab", "0-2"}, {"/w+", "a1_", "0-2"}, {"/y+", "a1_-", "0-3"}, {"/v/y*", "1_a2 b", "1-4"},
+        {"/s+", "a \t b", "1-4"}, {"/f+", "ab*cd", "0-2"}, {"/F", "ab*", "2-3"}, {"/l+/d", "--ab1", "2-5"},
+        // Mode 1 keeps only /d /l /w and their negations; the rest are letters.
+        {"/s", " s", "1-2", modeReduced}, {"/b", "ab", "1-2", modeReduced}, {"/d+", "x42", "1-3", modeReduced},
+        {"a/1", "a1", "0-2", modeReduced},
+        // Another mode value is "not 1" for the letters but not "0" for the rest.
+        {"/s", "s ", "1-2", modeOther}, {"{a}/1", "aa1", "1-3 1-2", modeOther},
 
-TYPED_TEST(RegExprMatch, LetterEscapesByMode)
-{
-    EXPECT_EQ(this->M("/x+", "ab"), "0-2");
-    EXPECT_EQ(this->M("/w+", "a1_"), "0-2");
-    EXPECT_EQ(this->M("/y+", "a1_-"), "0-3");
-    EXPECT_EQ(this->M("/v/y*", "1_a2 b"), "1-4");
-    EXPECT_EQ(this->M("/s+", "a \t b"), "1-4");
-    EXPECT_EQ(this->M("/f+", "ab*cd"), "0-2");
-    EXPECT_EQ(this->M("/F", "ab*"), "2-3");
-    EXPECT_EQ(this->M("/l+/d", "--ab1"), "2-5");
-
-    // Mode 1 keeps only /d /l /w and their negations; the rest are letters.
-    EXPECT_EQ(this->M1("/s", " s"), "1-2");
-    EXPECT_EQ(this->M1("/b", "ab"), "1-2");
-    EXPECT_EQ(this->M1("/d+", "x42"), "1-3");
-    EXPECT_EQ(this->M1("a/1", "a1"), "0-2");
-    // Another mode value is "not 1" for the letters but not "0" for the rest.
-    EXPECT_EQ(this->M2("/s", "s "), "1-2");
-    EXPECT_EQ(this->M2("{a}/1", "aa1"), "1-3 1-2");
-}
-
-TYPED_TEST(RegExprMatch, Abbreviations)
-{
-    EXPECT_EQ(this->M("/z", "12ab3"), "2-4");
-    EXPECT_EQ(this->M("/u", "ab123c"), "2-5");
-    EXPECT_EQ(this->M("/i", "x-12"), "1-4");
-    EXPECT_EQ(this->M("/i", "+5"), "0-2");
-    EXPECT_EQ(this->M("/q", "x\"ab\"y"), "1-5");
-    EXPECT_EQ(this->M("/q", "'ab'"), "none"); // the single-quoted form is never reached
-    EXPECT_EQ(this->M("/e", "1_a2 b"), "1-4");
-    EXPECT_EQ(this->M("/z+", "ab12"), "0-2");
-    EXPECT_EQ(this->M("{/u}./u", "v1.25"), "1-5 1-2");
-
-    // /z and the others work in every mode; /e only in mode 0.
-    EXPECT_EQ(this->M1("/z", "12ab3"), "2-4");
-    EXPECT_EQ(this->M1("/e", "_ae"), "2-3");
-    EXPECT_EQ(this->M2("/e", "_ae"), "2-3");
+        {"/z", "12ab3", "2-4"}, {"/u", "ab123c", "2-5"}, {"/i", "x-12", "1-4"}, {"/i", "+5", "0-2"},
+        {"/q", "x\"ab\"y", "1-5"}, {"/q", "'ab'", "none"}, // the single-quoted form is never reached
+        {"/e", "1_a2 b", "1-4"}, {"/z+", "ab12", "0-2"}, {"{/u}./u", "v1.25", "1-5 1-2"},
+        // /z and the others work in every mode; /e only in mode 0.
+        {"/z", "12ab3", "2-4", modeReduced}, {"/e", "_ae", "2-3", modeReduced}, {"/e", "_ae", "2-3", modeOther},
+    });
 }
 
 TYPED_TEST(RegExprMatch, AlternativesAreTriedInOrder)
 {
-    EXPECT_EQ(this->M("ab|cd", "xcd"), "1-3");
-    EXPECT_EQ(this->M("a|ab", "ab"), "0-1");
-    EXPECT_EQ(this->M("ab|a", "ab"), "0-2");
-    EXPECT_EQ(this->M("(a|b)c", "xbc"), "1-3");
-    EXPECT_EQ(this->M("x(ab|cd|ef)y", "xefy"), "0-4");
-    EXPECT_EQ(this->M("(a|bc)+", "abca"), "0-4");
-    EXPECT_EQ(this->M("a|bc|d", "cd"), "1-2");
-    EXPECT_EQ(this->M("{a}|{b}", "b"), "0-1 - 0-1");
-    EXPECT_EQ(this->M("abc|abd|x", "abd"), "0-3");
-    // An empty last alternative compiles to nothing and leaves the jump from
-    // the one before it open: failing there ends the whole search.
-    EXPECT_EQ(this->M("a|", "a"), "0-1");
-    EXPECT_EQ(this->M("a|", "xa"), "none");
+    ExpectMatches<TypeParam>({
+        {"ab|cd", "xcd", "1-3"}, {"a|ab", "ab", "0-1"}, {"ab|a", "ab", "0-2"}, {"(a|b)c", "xbc", "1-3"},
+        {"x(ab|cd|ef)y", "xefy", "0-4"}, {"(a|bc)+", "abca", "0-4"}, {"a|bc|d", "cd", "1-2"},
+        {"{a}|{b}", "b", "0-1 - 0-1"}, {"abc|abd|x", "abd", "0-3"},
+        // An empty last alternative compiles to nothing and leaves the jump
+        // from the one before it open: failing there ends the whole search.
+        {"a|", "a", "0-1"}, {"a|", "xa", "none"},
+    });
 }
 
 TYPED_TEST(RegExprMatch, GreedyAndLazyQuantifiers)
 {
-    EXPECT_EQ(this->M("a*", "aaab"), "0-3");
-    EXPECT_EQ(this->M("a+", "baab"), "1-3");
-    EXPECT_EQ(this->M("a?b", "aab"), "1-3");
-    EXPECT_EQ(this->M("a*?", "aaab"), "0-0");
-    EXPECT_EQ(this->M("a+?", "aaab"), "0-1");
-    EXPECT_EQ(this->M("a??b", "ab"), "0-2");
-    EXPECT_EQ(this->M("a??b", "b"), "0-1");
-    EXPECT_EQ(this->M("{a*}{a*}", "aaa"), "0-3 0-3 3-3");
-    EXPECT_EQ(this->M("{a*?}{a*}", "aaa"), "0-3 0-0 0-3");
-    EXPECT_EQ(this->M("{a+?}b", "aab"), "0-3 0-2");
-    EXPECT_EQ(this->M("a*ab", "aaab"), "0-4");
-    EXPECT_EQ(this->M("{(a|b)*}c", "abac"), "0-4 0-3");
-    EXPECT_EQ(this->M("({a|b})*c", "abc"), "0-3 1-2");
-    // Counted items can't loop without moving.
-    EXPECT_EQ(this->M("(a?b?)+c", "c"), "parse error 9");
-    EXPECT_EQ(this->M("(a|b?)+c", "abc"), "parse error 9"); // one alternative can be empty
-    EXPECT_EQ(this->M("(a|b)+c", "xabc"), "1-4");
+    ExpectMatches<TypeParam>({
+        {"a*", "aaab", "0-3"}, {"a+", "baab", "1-3"}, {"a?b", "aab", "1-3"}, {"a*?", "aaab", "0-0"},
+        {"a+?", "aaab", "0-1"}, {"a??b", "ab", "0-2"}, {"a??b", "b", "0-1"}, {"{a*}{a*}", "aaa", "0-3 0-3 3-3"},
+        {"{a*?}{a*}", "aaa", "0-3 0-0 0-3"}, {"{a+?}b", "aab", "0-3 0-2"}, {"a*ab", "aaab", "0-4"},
+        {"{(a|b)*}c", "abac", "0-4 0-3"}, {"({a|b})*c", "abc", "0-3 1-2"}, {"(a|b)+c", "xabc", "1-4"},
+        // Counted items can't loop without moving, even when only one
+        // alternative can be empty.
+        {"(a?b?)+c", "c", "parse error 9"}, {"(a|b?)+c", "abc", "parse error 9"},
+        // A loop over one character gives back only what the rest needs.
+        {"[a-c]*c", "abcabcx", "0-6"}, {"{[a-z]+}@{[a-z]+}", "ab cd@ef", "3-8 3-5 6-8"},
+        {"{a+}{a+}", "aaaa", "0-4 0-3 3-4"}, {"/d+$", "12a345", "3-6"}, {"/D*1", "ab1", "0-3"},
+        {"(x|{b*})c", "bbc", "0-3 0-2"}, {".*.*=.*", "a=b", "0-3"},
+    });
 }
 
 TYPED_TEST(RegExprMatch, LazyLoopsResumeWhereTheRestFailed)
 {
-    // Backtracking into a lazy loop restores only the instruction, not the
-    // position: the item is tried where the rest of the pattern gave up.
-    EXPECT_EQ(this->M(".*?bc", "abbc"), "2-4");
-    EXPECT_EQ(this->M(".*?c", "abc"), "0-3");
-
-    // ?? enters a longer item at its second instruction: a group's Fail, so
-    // the group is taken after all ...
-    EXPECT_EQ(this->M("(ab)??c", "c"), "none");
-    EXPECT_EQ(this->M("(ab)??c", "xabc"), "1-4");
-    // ... and a capture past its save, whose restore then finds nothing of
-    // its own to restore: it restores nothing, and the run goes on.
-    EXPECT_EQ(this->M("{a}??b", "ab"), "0-2 0-1");
-    EXPECT_EQ(this->M("{a}??b", "cab"), "1-3 1-2");
-    EXPECT_EQ(this->M("{a}??b", "b"), "none");
+    ExpectMatches<TypeParam>({
+        // Backtracking into a lazy loop restores only the instruction, not the
+        // position: the item is tried where the rest of the pattern gave up.
+        {".*?bc", "abbc", "2-4"}, {".*?c", "abc", "0-3"},
+        // ?? enters a longer item at its second instruction: a group's Fail,
+        // so the group is taken after all ...
+        {"(ab)??c", "c", "none"}, {"(ab)??c", "xabc", "1-4"},
+        // ... and a capture past its save, whose restore then finds nothing of
+        // its own to restore: it restores nothing, and the run goes on.
+        {"{a}??b", "ab", "0-2 0-1"}, {"{a}??b", "cab", "1-3 1-2"}, {"{a}??b", "b", "none"},
+    });
     // ... and a ! past the cell that keeps its position: the position read
     // back is null, which ends the run.
     LogCapture log;
-    EXPECT_EQ(this->M("!a??", "x"), "none");
+    EXPECT_EQ(MatchOf<TypeParam>("!a??", "x"), "none");
     EXPECT_TRUE(log.Contains("Log.NoGoZone", "Match 983"));
 }
 
 TYPED_TEST(RegExprMatch, LoopsEndWhenATurnTakesNothing)
 {
-    // A lazy loop's item that succeeds in place (a negative class at the end,
-    // a boundary at the start) would otherwise be taken again for ever.
-    EXPECT_EQ(this->M("/D*?ab", "xa"), "none");
-    EXPECT_EQ(this->M("/D*?b", "xab"), "0-3");
-    EXPECT_EQ(this->M("/b*?x", "ab"), "none");
-    EXPECT_EQ(this->M("(/b|a)+?b", "aab"), "0-3");
-    // A greedy loop whose item has an alternative that matches nothing,
-    // backtracked into after a later turn.
-    EXPECT_EQ(this->M("(x |a*)+b", "x ab"), "0-4");
-    EXPECT_EQ(this->M("{ +?| *?|a.+.*?}+/l? +?", "a- c --1"), "0-5 0-4");
+    ExpectMatches<TypeParam>({
+        // A lazy loop's item that succeeds in place (a negative class at the
+        // end, a boundary at the start) would otherwise be taken for ever.
+        {"/D*?ab", "xa", "none"}, {"/D*?b", "xab", "0-3"}, {"/b*?x", "ab", "none"}, {"(/b|a)+?b", "aab", "0-3"},
+        // A greedy loop whose item has an alternative that matches nothing,
+        // backtracked into after a later turn.
+        {"(x |a*)+b", "x ab", "0-4"}, {"{ +?| *?|a.+.*?}+/l? +?", "a- c --1", "0-5 0-4"},
+    });
 }
 
-TYPED_TEST(RegExprMatch, NotSucceedsWhereItsExpressionFails)
+TYPED_TEST(RegExprMatch, NotAndBackReferences)
 {
-    EXPECT_EQ(this->M("!a.", "ab"), "1-2");
-    EXPECT_EQ(this->M("a!b", "ab"), "none");
-    EXPECT_EQ(this->M("a!b", "ac"), "0-1");
-    EXPECT_EQ(this->M("x!a", "x"), "0-1");
-    EXPECT_EQ(this->M("!!a.", "ba"), "1-2");
-    EXPECT_EQ(this->M("(!/d.)+", "ab1"), "0-2");
-    EXPECT_EQ(this->M("!(ab)a.", "abac"), "2-4");
-}
+    ExpectMatches<TypeParam>({
+        // ! succeeds where its expression fails.
+        {"!a.", "ab", "1-2"}, {"a!b", "ab", "none"}, {"a!b", "ac", "0-1"}, {"x!a", "x", "0-1"},
+        {"!!a.", "ba", "1-2"}, {"(!/d.)+", "ab1", "0-2"}, {"!(ab)a.", "abac", "2-4"},
 
-TYPED_TEST(RegExprMatch, BackReferences)
-{
-    EXPECT_EQ(this->M("{a+}b/1", "aabaa"), "0-5 0-2");
-    EXPECT_EQ(this->M("{.}/1", "abccd"), "2-4 2-3");
-    EXPECT_EQ(this->M("{a}{b}/2/1", "abba"), "0-4 0-1 1-2");
-    EXPECT_EQ(this->M("{a*}b/1c", "bc"), "0-2 0-0");
-    EXPECT_EQ(this->M("{a}/1", "aA", false), "0-2 0-1");
-    // Inside its own capture the reference has no end yet.
-    EXPECT_EQ(this->M("{a/1}", "aa"), "none");
-    EXPECT_EQ(this->M("{ab}/1", "abab"), "0-4 0-2");
-    EXPECT_EQ(this->M("{ab}/1", "aba"), "none");
+        {"{a+}b/1", "aabaa", "0-5 0-2"}, {"{.}/1", "abccd", "2-4 2-3"}, {"{a}{b}/2/1", "abba", "0-4 0-1 1-2"},
+        {"{a*}b/1c", "bc", "0-2 0-0"}, {"{a}/1", "aA", "0-2 0-1", eRegex2ModeFull, false},
+        // Inside its own capture the reference has no end yet.
+        {"{a/1}", "aa", "none"}, {"{ab}/1", "abab", "0-4 0-2"}, {"{ab}/1", "aba", "none"},
+        // Captures are numbered by their opening braces.
+        {"{a{b}}{c}", "abc", "0-3 0-2 1-2 2-3"}, {"{}a", "a", "0-1 0-0"}, {"(){a}", "a", "0-1 0-1"},
+        {"{a}+", "aaa", "0-3 2-3"}, {"{a}*b", "b", "0-1 -"},
+    });
 }
 
 TYPED_TEST(RegExprMatch, CaseBlindPatternsRunOverALoweredCopy)
 {
     using T = TypeParam;
-    EXPECT_EQ(this->M("ABC", "xaBc", false), "1-4");
-    EXPECT_EQ(this->M("[A-C]", "xB", false), "1-2");
-    EXPECT_EQ(this->M("/A", "Aa", false), "none"); // kept upper behind a slash
-    EXPECT_EQ(this->M("/D+", "AB1", false), "0-2");
-
+    ExpectMatches<T>({
+        {"ABC", "xaBc", "1-4", eRegex2ModeFull, false}, {"[A-C]", "xB", "1-2", eRegex2ModeFull, false},
+        {"/A", "Aa", "none", eRegex2ModeFull, false}, // kept upper behind a slash
+        {"/D+", "AB1", "0-2", eRegex2ModeFull, false},
+    });
     TRegExpr<T> expression;
     ASSERT_EQ(expression.Parse(Text<T>("B+").c_str(), false), eParseErrorNone);
     int pos = -1;
@@ -273,84 +199,59 @@ TYPED_TEST(RegExprMatch, CaseBlindPatternsRunOverALoweredCopy)
     }
 }
 
-TYPED_TEST(RegExprMatch, CapturesAreNumberedByTheirOpeningBraces)
-{
-    EXPECT_EQ(this->M("{a{b}}{c}", "abc"), "0-3 0-2 1-2 2-3");
-    EXPECT_EQ(this->M("{}a", "a"), "0-1 0-0");
-    EXPECT_EQ(this->M("(){a}", "a"), "0-1 0-1");
-    EXPECT_EQ(this->M("{a}+", "aaa"), "0-3 2-3");
-    EXPECT_EQ(this->M("{a}*b", "b"), "0-1 -");
-}
-
 TYPED_TEST(RegExprMatch, FindFunctions)
 {
     using T = TypeParam;
     TRegExpr<T> expression;
     int pos = 7;
-
-    ASSERT_EQ(expression.Parse(Text<T>("x*").c_str()), eParseErrorNone);
-    EXPECT_EQ(expression.FindFirst(Text<T>("abc").c_str(), &pos), Text<T>(""));
-    EXPECT_EQ(pos, 0); // found, and empty
-    ASSERT_EQ(expression.Parse(Text<T>("q").c_str()), eParseErrorNone);
-    EXPECT_EQ(expression.FindFirst(Text<T>("abc").c_str(), &pos), Text<T>(""));
-    EXPECT_EQ(pos, -1);
-    EXPECT_EQ(expression.FindFirst(nullptr, &pos), Text<T>(""));
-    EXPECT_EQ(pos, -1);
-
+    // Pattern, text, capture (-2 for FindFirst, -3 for FindFirstCapture),
+    // then the text found and its position.
+    struct { char const* pattern; char const* text; int capture; char const* found; int pos; } const cases[] = {
+        {"x*", "abc", -2, "", 0}, // found, and empty
+        {"q", "abc", -2, "", -1}, {"q", nullptr, -2, "", -1}, {"{[0-9]+}-", "ab12-", -3, "12", 2},
+        {"{[0-9]+}-", "ab", -3, "", -1}, {"[0-9]+", "ab12-", -3, "12", 2}, {"{a}{b*}c", "xabc", 1, "b", 2},
+        {"{a}{b*}c", "xabc", -1, "abc", 1}, {"{a}{b*}c", "xabc", 2, "", -1},
+        {"{a}{b*}c", "xac", 1, "", -1}, // an empty capture
+        {"{a}{b*}c", "xyz", 0, "", -1},
+    };
+    for (auto const& c : cases) {
+        SCOPED_TRACE(testing::Message() << c.pattern << " on " << (c.text ? c.text : "null") << " capture " << c.capture);
+        ASSERT_EQ(expression.Parse(Text<T>(c.pattern).c_str()), eParseErrorNone);
+        TString<T> const text = c.text ? Text<T>(c.text) : TString<T>();
+        T const* const at = c.text ? text.c_str() : nullptr;
+        TString<T> const found = c.capture == -2 ? expression.FindFirst(at, &pos)
+                               : c.capture == -3 ? expression.FindFirstCapture(at, &pos)
+                                                 : expression.FindCapture(at, c.capture, &pos);
+        EXPECT_EQ(found, Text<T>(c.found));
+        EXPECT_EQ(pos, c.pos);
+    }
+    // The whole match comes with the capture, and is emptied on a miss.
     ASSERT_EQ(expression.Parse(Text<T>("{[0-9]+}-").c_str()), eParseErrorNone);
     TString<T> whole = Text<T>("old");
-    EXPECT_EQ(expression.FindFirstCapture(Text<T>("ab12-").c_str(), &pos, &whole), Text<T>("12"));
-    EXPECT_EQ(pos, 2);
+    expression.FindFirstCapture(Text<T>("ab12-").c_str(), &pos, &whole);
     EXPECT_EQ(whole, Text<T>("12-"));
-    EXPECT_EQ(expression.FindFirstCapture(Text<T>("ab").c_str(), &pos, &whole), Text<T>(""));
-    EXPECT_EQ(pos, -1);
+    expression.FindFirstCapture(Text<T>("ab").c_str(), &pos, &whole);
     EXPECT_EQ(whole, Text<T>(""));
-    ASSERT_EQ(expression.Parse(Text<T>("[0-9]+").c_str()), eParseErrorNone);
-    EXPECT_EQ(expression.FindFirstCapture(Text<T>("ab12-").c_str(), &pos), Text<T>("12"));
-    EXPECT_EQ(pos, 2);
-
-    ASSERT_EQ(expression.Parse(Text<T>("{a}{b*}c").c_str()), eParseErrorNone);
-    EXPECT_EQ(expression.FindCapture(Text<T>("xabc").c_str(), 1, &pos), Text<T>("b"));
-    EXPECT_EQ(pos, 2);
-    EXPECT_EQ(expression.FindCapture(Text<T>("xabc").c_str(), -1, &pos), Text<T>("abc"));
-    EXPECT_EQ(pos, 1);
-    EXPECT_EQ(expression.FindCapture(Text<T>("xabc").c_str(), 2, &pos), Text<T>(""));
-    EXPECT_EQ(pos, -1);
-    EXPECT_EQ(expression.FindCapture(Text<T>("xac").c_str(), 1, &pos), Text<T>("")); // empty capture
-    EXPECT_EQ(pos, -1);
-    EXPECT_EQ(expression.FindCapture(Text<T>("xyz").c_str(), 0, &pos), Text<T>(""));
-    EXPECT_EQ(pos, -1);
 }
 
 TYPED_TEST(RegExprMatch, TokenizeCollectsMatchesUntilOneDoesNotMoveOn)
 {
     using T = TypeParam;
+    // A pattern that matches empty where it stands would find the same place
+    // again and again: "[a-z]*" stops at the blank, "x*" at once.
+    struct { char const* pattern; bool caseSensitive; char const* text; std::vector<char const*> tokens; } const cases[] = {
+        {"{[a-z]+}[ ,]*", true, "ab, cd ef", {"ab", "cd", "ef"}}, {"[0-9]+", true, "1 22, 333x", {"1", "22", "333"}},
+        {"[A-Z]+", false, "Ab-cD", {"Ab", "cD"}}, {"[a-z]*", true, "ab 12", {"ab"}}, {"x*", true, "abc", {}},
+    };
     TRegExpr<T> expression;
     TVector<TString<T>> tokens;
-
-    ASSERT_EQ(expression.Parse(Text<T>("{[a-z]+}[ ,]*").c_str()), eParseErrorNone);
-    ASSERT_EQ(expression.Tokenize(Text<T>("ab, cd ef").c_str(), tokens), 3);
-    EXPECT_EQ(tokens[0], Text<T>("ab"));
-    EXPECT_EQ(tokens[1], Text<T>("cd"));
-    EXPECT_EQ(tokens[2], Text<T>("ef"));
-
-    ASSERT_EQ(expression.Parse(Text<T>("[0-9]+").c_str()), eParseErrorNone);
-    ASSERT_EQ(expression.Tokenize(Text<T>("1 22, 333x").c_str(), tokens), 3);
-    EXPECT_EQ(tokens[2], Text<T>("333"));
-
-    ASSERT_EQ(expression.Parse(Text<T>("[A-Z]+").c_str(), false), eParseErrorNone);
-    ASSERT_EQ(expression.Tokenize(Text<T>("Ab-cD").c_str(), tokens), 2);
-    EXPECT_EQ(tokens[0], Text<T>("Ab"));
-    EXPECT_EQ(tokens[1], Text<T>("cD"));
-
-    // A pattern that matches empty where it stands would find the same
-    // place again and again.
-    ASSERT_EQ(expression.Parse(Text<T>("[a-z]*").c_str()), eParseErrorNone);
-    ASSERT_EQ(expression.Tokenize(Text<T>("ab 12").c_str(), tokens), 1);
-    EXPECT_EQ(tokens[0], Text<T>("ab"));
-    ASSERT_EQ(expression.Parse(Text<T>("x*").c_str()), eParseErrorNone);
-    EXPECT_EQ(expression.Tokenize(Text<T>("abc").c_str(), tokens), 0);
-    EXPECT_EQ(tokens.Count(), 0);
+    for (auto const& c : cases) {
+        ASSERT_EQ(expression.Parse(Text<T>(c.pattern).c_str(), c.caseSensitive), eParseErrorNone);
+        ASSERT_EQ(expression.Tokenize(Text<T>(c.text).c_str(), tokens), static_cast<int>(c.tokens.size())) << c.pattern;
+        ASSERT_EQ(tokens.Count(), static_cast<int>(c.tokens.size())) << c.pattern;
+        for (int i = 0; i < tokens.Count(); ++i)
+            EXPECT_EQ(tokens[i], Text<T>(c.tokens[static_cast<size_t>(i)])) << c.pattern << " token " << i;
+    }
 }
 
 TYPED_TEST(RegExprMatch, MatchContextCopiesMoveTheCaptures)
@@ -384,35 +285,24 @@ TYPED_TEST(RegExprMatch, MatchContextCopiesMoveTheCaptures)
 
     EXPECT_TRUE(assigned.Initialize(3));
     EXPECT_EQ(assigned.GetCaptureCount(), 3);
-    for (int i = 0; i < 3; ++i) {
+    for (int i = 0; i < 4; ++i) {
         int pos = 5;
         EXPECT_EQ(assigned.GetMatch(i, &pos), -1);
         EXPECT_EQ(pos, -1);
     }
-    EXPECT_EQ(assigned.GetMatch(3, nullptr), -1);
 }
 
-TEST(RegExprNarrow, BytesAboveAsciiInClassesAreTheirUtf8Bytes)
+TEST(RegExprMatchForms, NarrowClassesTakeUtf8BytesAndWideOnesUnicode)
 {
-    // "é" is C3 A9, "è" C3 A8.
-    EXPECT_EQ(MatchOf<char>("[éè]+", "xéè"), "1-5");
-    EXPECT_EQ(MatchOf<char>("[^é]+", "éa"), "2-3");
-    EXPECT_EQ(MatchOf<char>("[^a]", "é"), "0-1");
-    EXPECT_EQ(MatchOf<char>("/X+", "aé"), "1-3");
-    EXPECT_EQ(MatchOf<char>("/l", "é"), "none");
-    EXPECT_EQ(MatchOf<char>("/d", "\xd9\xa4"), "none");
-    EXPECT_EQ(MatchOf<char>("é", "aé"), "1-3");
-    EXPECT_EQ(MatchOf<char>("É", "é", false), "none"); // only ASCII has a case
-}
-
-TEST(RegExprWide, ClassesFollowUnicode)
-{
-    EXPECT_EQ(MatchOf<char16_t>("[éè]+", "xéè"), "1-3");
-    EXPECT_EQ(MatchOf<char16_t>("/l+", "1éa"), "1-3");
-    EXPECT_EQ(MatchOf<char16_t>("/X", "aé"), "1-2");
-    EXPECT_EQ(MatchOf<char16_t>("/d", "x\xd9\xa4"), "1-2"); // ARABIC-INDIC DIGIT FOUR
-    EXPECT_EQ(MatchOf<char16_t>("[α-ω]+", "aβγ"), "1-3");
-    EXPECT_EQ(MatchOf<char16_t>("[^α-ω]", "βa"), "1-2");
-    EXPECT_EQ(MatchOf<char16_t>("Σ+", "aσΣ", false), "1-3");
-    EXPECT_EQ(MatchOf<char16_t>("É", "é", false), "0-1");
+    // "é" is C3 A9, "è" C3 A8; D9 A4 is ARABIC-INDIC DIGIT FOUR.
+    ExpectMatches<char>({
+        {"[éè]+", "xéè", "1-5"}, {"[^é]+", "éa", "2-3"}, {"[^a]", "é", "0-1"}, {"/X+", "aé", "1-3"},
+        {"/l", "é", "none"}, {"/d", "\xd9\xa4", "none"}, {"é", "aé", "1-3"},
+        {"É", "é", "none", eRegex2ModeFull, false}, // only ASCII has a case
+    });
+    ExpectMatches<char16_t>({
+        {"[éè]+", "xéè", "1-3"}, {"/l+", "1éa", "1-3"}, {"/X", "aé", "1-2"}, {"/d", "x\xd9\xa4", "1-2"},
+        {"[α-ω]+", "aβγ", "1-3"}, {"[^α-ω]", "βa", "1-2"}, {"Σ+", "aσΣ", "1-3", eRegex2ModeFull, false},
+        {"É", "é", "0-1", eRegex2ModeFull, false},
+    });
 }

@@ -11,6 +11,7 @@
 
 #include <climits>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -134,11 +135,7 @@ TEST(PatternReplace, SignedNumbersByPattern)
     TVector<int> numbers;
     numbers.Add(42);
     EXPECT_EQ(StringToIntVector(u"a-12 b3--4 99999999999 -99999999999 x", numbers), 5);
-    EXPECT_EQ(numbers[0], -12);
-    EXPECT_EQ(numbers[1], 3);
-    EXPECT_EQ(numbers[2], -4);
-    EXPECT_EQ(numbers[3], INT_MAX);
-    EXPECT_EQ(numbers[4], INT_MIN);
+    EXPECT_EQ(std::vector<int>(numbers.begin(), numbers.end()), (std::vector<int>{-12, 3, -4, INT_MAX, INT_MIN}));
     EXPECT_EQ(StringToIntVector("none", numbers), 0);
 
     TFindRepHelper<char> batch;

@@ -9,64 +9,53 @@
 #include <climits>
 #include <cstring>
 #include <string>
+#include <tuple>
 #include <vector>
 
 namespace {
 
+using Strings = std::vector<std::string>;
+
 // ASCII test texts in either character type; n keeps embedded zeros.
 template <class T>
-std::basic_string<T> L(char const* text, size_t n)
+std::basic_string<T> L(char const* text, size_t n = std::string::npos)
 {
-    return std::basic_string<T>(text, text + n);
+    return std::basic_string<T>(text, text + (n == std::string::npos ? std::strlen(text) : n));
 }
 
 template <class T>
-std::basic_string<T> L(char const* text)
+std::string Narrow(TString<T> const& s)
 {
-    return L<T>(text, std::strlen(text));
+    return std::string(s.c_str(), s.c_str() + s.GetLength());
 }
 
 template <class T>
-std::string Narrow(T const* text, int length)
+Strings Pieces(TVector<TString<T>> const& strings)
 {
-    return std::string(text, text + length);
-}
-
-template <class T>
-std::vector<std::string> Pieces(TVector<TString<T>> const& strings)
-{
-    std::vector<std::string> pieces;
+    Strings pieces;
     for (TString<T> const& s : strings)
-        pieces.push_back(Narrow(s.c_str(), s.GetLength()));
+        pieces.push_back(Narrow(s));
     return pieces;
 }
 
-using Strings = std::vector<std::string>;
+// Pieces of text split by ExplodeString (any of the separators, or a multi
+// string when there are none) or by ExplodeStringEx (the whole separator).
+template <class T>
+Strings Explode(std::basic_string<T> const& text, char const* separators, bool trim, bool keepEmpty, bool whole = false)
+{
+    std::basic_string<T> const set = separators ? L<T>(separators) : std::basic_string<T>();
+    TVector<TString<T>> out;
+    out.Add(TString<T>("stale"));
+    if (whole)
+        ExplodeStringEx(out, text.c_str(), separators ? set.c_str() : nullptr, trim, keepEmpty);
+    else
+        ExplodeString(out, text.c_str(), separators ? set.c_str() : nullptr, trim, keepEmpty);
+    return Pieces(out);
+}
 
 template <class T>
 class StringSplit : public ::testing::Test
 {
-protected:
-    Strings Explode(std::basic_string<T> const& text, char const* separators, bool trim, bool keepEmpty)
-    {
-        std::basic_string<T> const set = separators ? L<T>(separators) : std::basic_string<T>();
-        TVector<TString<T>> out;
-        out.Add(TString<T>("stale"));
-        ExplodeString(out, text.c_str(), separators ? set.c_str() : nullptr, trim, keepEmpty);
-        return Pieces(out);
-    }
-    Strings Explode(char const* text, char const* separators, bool trim, bool keepEmpty)
-    {
-        return Explode(L<T>(text), separators, trim, keepEmpty);
-    }
-    Strings ExplodeEx(char const* text, char const* separator, bool trim, bool keepEmpty)
-    {
-        std::basic_string<T> const t = L<T>(text);
-        std::basic_string<T> const s = separator ? L<T>(separator) : std::basic_string<T>();
-        TVector<TString<T>> out;
-        ExplodeStringEx(out, t.c_str(), separator ? s.c_str() : nullptr, trim, keepEmpty);
-        return Pieces(out);
-    }
 };
 
 using CharTypes = ::testing::Types<char, char16_t>;
@@ -74,30 +63,47 @@ TYPED_TEST_SUITE(StringSplit, CharTypes);
 
 } // namespace
 
-TYPED_TEST(StringSplit, SeparatorsInARowCountAsOneUnlessEmptyPiecesAreKept)
+TYPED_TEST(StringSplit, ExplodeAtAnySeparatorOrAtWholeOnes)
 {
-    EXPECT_EQ(this->Explode(";a;;b;", ";", false, false), (Strings{"a", "b"}));
-    EXPECT_EQ(this->Explode(";a;;b;", ";", false, true), (Strings{"", "a", "", "b", ""}));
-    EXPECT_EQ(this->Explode(";", ";", false, true), (Strings{"", ""}));
-    EXPECT_EQ(this->Explode("abc", ";", false, true), (Strings{"abc"}));
-    EXPECT_EQ(this->Explode("", ";", false, true), Strings{});
-    EXPECT_EQ(this->Explode("a,b;c,;d", ",;", false, false), (Strings{"a", "b", "c", "d"}));
-    // More separators than are searched one by one.
-    EXPECT_EQ(this->Explode("a1b2c3d4e5f6", "123456", false, true), (Strings{"a", "b", "c", "d", "e", "f", ""}));
-    // The text may be one of the pieces that the output holds.
     using T = TypeParam;
+    bool const trim = true, keepEmpty = true, whole = true;
+    struct { char const* text; char const* separators; bool trim; bool keepEmpty; bool whole; Strings pieces; } const cases[] = {
+        // Separators in a row count as one unless empty pieces are kept.
+        {";a;;b;", ";", !trim, !keepEmpty, !whole, {"a", "b"}},
+        {";a;;b;", ";", !trim, keepEmpty, !whole, {"", "a", "", "b", ""}},
+        {";", ";", !trim, keepEmpty, !whole, {"", ""}},
+        {"abc", ";", !trim, keepEmpty, !whole, {"abc"}},
+        {"", ";", !trim, keepEmpty, !whole, {}},
+        {"a,b;c,;d", ",;", !trim, !keepEmpty, !whole, {"a", "b", "c", "d"}},
+        // More separators than are searched one by one.
+        {"a1b2c3d4e5f6", "123456", !trim, keepEmpty, !whole, {"a", "b", "c", "d", "e", "f", ""}},
+        // Trimming takes blanks and drops what becomes empty.
+        {" a ;\t; b\t", ";", trim, !keepEmpty, !whole, {"a", "b"}},
+        {" a ;\t; b\t", ";", trim, keepEmpty, !whole, {"a", "", "b"}},
+        {" a ;\t; b\t", ";", !trim, !keepEmpty, !whole, {" a ", "\t", " b\t"}},
+        {"a<>b<><>c", "<>", !trim, !keepEmpty, whole, {"a", "b", "c"}},
+        {"a<>b<><>c<>", "<>", !trim, keepEmpty, whole, {"a", "b", "", "c", ""}},
+        {"a<<>b<", "<>", !trim, !keepEmpty, whole, {"a<", "b<"}},
+        {" a <> b ", "<>", trim, !keepEmpty, whole, {"a", "b"}},
+        // Without a separator the whole text is one piece, even an empty one.
+        {" a;b ", "", trim, !keepEmpty, whole, {"a;b"}},
+        {"", nullptr, !trim, keepEmpty, whole, {""}},
+        {"", nullptr, !trim, !keepEmpty, whole, {}},
+        {"  ", nullptr, trim, !keepEmpty, whole, {}},
+    };
+    for (auto const& c : cases)
+        EXPECT_EQ(Explode(L<T>(c.text), c.separators, c.trim, c.keepEmpty, c.whole), c.pieces)
+            << '"' << c.text << "\" by \"" << (c.separators ? c.separators : "null") << '"';
+
+    // Without separators the text is a multi string.
+    EXPECT_EQ(Explode(L<T>("a\0bc\0\0z", 8), nullptr, false, true), (Strings{"a", "bc"}));
+    EXPECT_EQ(Explode(L<T>("a\0bc\0\0z", 8), "", false, false), (Strings{"a", "bc"}));
+    // The text may be one of the pieces that the output holds.
     TVector<TString<T>> pieces;
     pieces.Add(TString<T>("x"));
     pieces.Add(TString<T>("a;b"));
     ExplodeString(pieces, pieces[1].c_str() + 0, L<T>(";").c_str(), false, false);
     EXPECT_EQ(Pieces(pieces), (Strings{"a", "b"}));
-}
-
-TYPED_TEST(StringSplit, TrimTakesBlanksAndDropsWhatBecomesEmpty)
-{
-    EXPECT_EQ(this->Explode(" a ;\t; b\t", ";", true, false), (Strings{"a", "b"}));
-    EXPECT_EQ(this->Explode(" a ;\t; b\t", ";", true, true), (Strings{"a", "", "b"}));
-    EXPECT_EQ(this->Explode(" a ;\t; b\t", ";", false, false), (Strings{" a ", "\t", " b\t"}));
 }
 
 TYPED_TEST(StringSplit, CrLfLeavesAnEmptyLineThatKeepEmptyKeeps)
@@ -110,12 +116,6 @@ TYPED_TEST(StringSplit, CrLfLeavesAnEmptyLineThatKeepEmptyKeeps)
     EXPECT_EQ(Pieces(lines), (Strings{"one", "two", "three"}));
 }
 
-TYPED_TEST(StringSplit, NoSeparatorsReadAMultiString)
-{
-    EXPECT_EQ(this->Explode(L<TypeParam>("a\0bc\0\0z", 8), nullptr, false, true), (Strings{"a", "bc"}));
-    EXPECT_EQ(this->Explode(L<TypeParam>("a\0bc\0\0z", 8), "", false, false), (Strings{"a", "bc"}));
-}
-
 TYPED_TEST(StringSplit, ListFormGivesTheSamePieces)
 {
     std::basic_string<TypeParam> const text = L<TypeParam>(" x ,, y,");
@@ -125,21 +125,8 @@ TYPED_TEST(StringSplit, ListFormGivesTheSamePieces)
     ExplodeString(list, text.c_str(), comma.c_str(), true, true);
     Strings pieces;
     for (LString<TypeParam> const* s : list)
-        pieces.push_back(Narrow(s->c_str(), s->GetLength()));
+        pieces.push_back(Narrow(*s));
     EXPECT_EQ(pieces, (Strings{"x", "", "y", ""}));
-}
-
-TYPED_TEST(StringSplit, ExplodeExSplitsAtWholeSeparators)
-{
-    EXPECT_EQ(this->ExplodeEx("a<>b<><>c", "<>", false, false), (Strings{"a", "b", "c"}));
-    EXPECT_EQ(this->ExplodeEx("a<>b<><>c<>", "<>", false, true), (Strings{"a", "b", "", "c", ""}));
-    EXPECT_EQ(this->ExplodeEx("a<<>b<", "<>", false, false), (Strings{"a<", "b<"}));
-    EXPECT_EQ(this->ExplodeEx(" a <> b ", "<>", true, false), (Strings{"a", "b"}));
-    // Without a separator the whole text is one piece, even an empty one.
-    EXPECT_EQ(this->ExplodeEx(" a;b ", "", true, false), (Strings{"a;b"}));
-    EXPECT_EQ(this->ExplodeEx("", nullptr, false, true), (Strings{""}));
-    EXPECT_EQ(this->ExplodeEx("", nullptr, false, false), Strings{});
-    EXPECT_EQ(this->ExplodeEx("  ", nullptr, true, false), Strings{});
 }
 
 TYPED_TEST(StringSplit, JoiningUndoesSplittingWithEmptyPiecesKept)
@@ -150,14 +137,12 @@ TYPED_TEST(StringSplit, JoiningUndoesSplittingWithEmptyPiecesKept)
         std::basic_string<T> const t = L<T>(text);
         TVector<TString<T>> pieces;
         ExplodeStringEx(pieces, t.c_str(), sep.c_str(), false, true);
-        TString<T> const joined = StringFromStringVector(pieces, sep.c_str());
-        EXPECT_EQ(Narrow(joined.c_str(), joined.GetLength()), text);
+        EXPECT_EQ(Narrow(StringFromStringVector(pieces, sep.c_str())), text);
     }
     TVector<TString<T>> lines;
     lines.Add(TString<T>("a"));
     lines.Add(TString<T>("b"));
-    TString<T> const terminated = StringFromStringVector<T>(lines, nullptr, true);
-    EXPECT_EQ(Narrow(terminated.c_str(), terminated.GetLength()), "a\nb\n");
+    EXPECT_EQ(Narrow(StringFromStringVector<T>(lines, nullptr, true)), "a\nb\n");
     EXPECT_TRUE(StringFromStringVector<T>(TVector<TString<T>>(), nullptr, true).IsEmpty());
 }
 
@@ -168,17 +153,17 @@ TYPED_TEST(StringSplit, MultiStringsSkipEmptyItemsAndStopAtTheLimit)
     T buffer[16];
     std::fill(buffer, buffer + 16, T('#'));
     EXPECT_EQ(BuildMultiString(items, buffer, 16), 2);
-    EXPECT_EQ(Narrow(buffer, 3), std::string("\0\0#", 3));
+    EXPECT_EQ(std::string(buffer, buffer + 3), std::string("\0\0#", 3));
 
     for (char const* item : {"ab", "", "cde", "f"})
         items.Add(TString<T>(item));
     EXPECT_EQ(BuildMultiString<T>(items, nullptr, 0), 10);
     EXPECT_EQ(BuildMultiString(items, buffer, 10), 10);
-    EXPECT_EQ(Narrow(buffer, 10), std::string("ab\0cde\0f\0\0", 10));
+    EXPECT_EQ(std::string(buffer, buffer + 10), std::string("ab\0cde\0f\0\0", 10));
     // One character short: "f" no longer fits with both zeros.
     std::fill(buffer, buffer + 16, T('#'));
     EXPECT_EQ(BuildMultiString(items, buffer, 9), 8);
-    EXPECT_EQ(Narrow(buffer, 9), std::string("ab\0cde\0\0#", 9));
+    EXPECT_EQ(std::string(buffer, buffer + 9), std::string("ab\0cde\0\0#", 9));
     EXPECT_EQ(BuildMultiString(items, buffer, 1), 0);
 
     TVector<TString<T>> back;
@@ -199,10 +184,8 @@ TYPED_TEST(StringSplit, DigitRunsBecomeNumbersWithoutSigns)
     EXPECT_EQ(count, 0);
 
     int const numbers[] = {1, -20, 300};
-    TString<T> const joined = StringFromIntVector(numbers, 3, T(','));
-    EXPECT_EQ(Narrow(joined.c_str(), joined.GetLength()), "1,-20,300");
-    TString<T> const packed = StringFromIntVector(numbers, 3, T(0));
-    EXPECT_EQ(Narrow(packed.c_str(), packed.GetLength()), "1-20300");
+    EXPECT_EQ(Narrow(StringFromIntVector(numbers, 3, T(','))), "1,-20,300");
+    EXPECT_EQ(Narrow(StringFromIntVector(numbers, 3, T(0))), "1-20300");
     EXPECT_TRUE(StringFromIntVector(numbers, 0, T(',')).IsEmpty());
 }
 
@@ -319,13 +302,8 @@ TEST(CStringHelpers, TrimmedSubStringSides)
 TEST(CStringHelpers, LinePositionsCountLineFeeds)
 {
     char16_t const* text = u"ab\r\ncd\nef";
-    EXPECT_EQ(FindLineIndex(text, 0), 0);
-    EXPECT_EQ(FindLineIndex(text, 2), 0);
-    EXPECT_EQ(FindOffsetFromStartOfLine(text, 2), 2);
-    EXPECT_EQ(FindLineIndex(text, 5), 1);
-    EXPECT_EQ(FindOffsetFromStartOfLine(text, 5), 1);
-    EXPECT_EQ(FindLineIndex(text, 7), 2);
-    EXPECT_EQ(FindOffsetFromStartOfLine(text, 7), 0);
-    EXPECT_EQ(FindLineIndex(text, 1000), 2);
-    EXPECT_EQ(FindOffsetFromStartOfLine(text, 1000), 2);
+    for (auto [offset, line, column] : {std::tuple{0, 0, 0}, {2, 0, 2}, {5, 1, 1}, {7, 2, 0}, {1000, 2, 2}}) {
+        EXPECT_EQ(FindLineIndex(text, offset), line) << offset;
+        EXPECT_EQ(FindOffsetFromStartOfLine(text, offset), column) << offset;
+    }
 }

@@ -88,7 +88,6 @@ TEST(TRegex, OptionsByValue)
     EXPECT_EQ(TRegex("(a)(?<n>b)", eRegexNoAutoCapture).CaptureCount(), 1);
     EXPECT_FALSE(TRegex("^\\w$").Match(u"é"));
     EXPECT_TRUE(TRegex("^\\w$", eRegexUnicodeClasses).Match(u"é"));
-    EXPECT_EQ(TRegex("x", eRegexCaseless | eRegexDotAll).GetOptions(), unsigned(eRegexCaseless | eRegexDotAll));
 }
 
 TEST(TRegex, NarrowAndWideTextCountTheirOwnUnits)

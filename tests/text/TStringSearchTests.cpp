@@ -36,14 +36,11 @@ TEST(TStringSearch, FindBoundariesAndOptions)
     EXPECT_TRUE(s.Contains("TWO", false));
     EXPECT_FALSE(s.Contains("three"));
     EXPECT_TRUE(s.ContainsAnyOf("xyzT"));
-}
 
-TEST(TStringSearch, FindOccurenceCountsOverlappingHits)
-{
-    AString const s("aaaa");
-    EXPECT_EQ(s.FindOccurence("aa", 0), 0);
-    EXPECT_EQ(s.FindOccurence("aa", 2), 2);
-    EXPECT_EQ(s.FindOccurence("aa", 3), -1);
+    // Occurrences overlap.
+    EXPECT_EQ(AString("aaaa").FindOccurence("aa", 0), 0);
+    EXPECT_EQ(AString("aaaa").FindOccurence("aa", 2), 2);
+    EXPECT_EQ(AString("aaaa").FindOccurence("aa", 3), -1);
     EXPECT_EQ(AString("xAx ax").FindOccurence("a", 1, false), 4);
 }
 
@@ -89,30 +86,30 @@ TEST(TStringSearch, ReplaceOptions)
 {
     AString s("cat Cat CAT concat");
     EXPECT_EQ(s.Replace("cat", "dog"), 2);
-    EXPECT_EQ(s, "dog Cat CAT condog");
+    EXPECT_EQ(s, AString("dog Cat CAT condog"));
 
     AString t("cat Cat CAT concat");
     EXPECT_EQ(t.Replace("cat", "dog", false, true), 3);
-    EXPECT_EQ(t, "dog dog dog concat");
+    EXPECT_EQ(t, AString("dog dog dog concat"));
 
     AString u("cat Cat CAT cAt");
     EXPECT_EQ(u.Replace("cat", "dog", false, false, true), 4);
-    EXPECT_EQ(u, "dog Dog DOG dog"); // mixed case leaves the replacement as given
+    EXPECT_EQ(u, AString("dog Dog DOG dog")); // mixed case leaves the replacement as given
 
     AString grow("aa");
     EXPECT_EQ(grow.Replace("a", "aa"), 2); // the replacement isn't searched again
-    EXPECT_EQ(grow, "aaaa");
+    EXPECT_EQ(grow, AString("aaaa"));
     AString none("abc");
     EXPECT_EQ(none.Replace("", "x"), 0);
     EXPECT_EQ(none.Replace(nullptr, "x"), 0);
     EXPECT_EQ(none.Replace("b", nullptr), 1);
-    EXPECT_EQ(none, "ac");
+    EXPECT_EQ(none, AString("ac"));
 
     AString shared("x.x");
     AString copy(shared);
     copy.Replace(".", "-");
-    EXPECT_EQ(shared, "x.x");
-    EXPECT_EQ(copy, "x-x");
+    EXPECT_EQ(shared, AString("x.x"));
+    EXPECT_EQ(copy, AString("x-x"));
 }
 
 TEST(TStringSearch, ReplaceCallbackSeesLinesAndCanSkip)
@@ -121,7 +118,7 @@ TEST(TStringSearch, ReplaceCallbackSeesLinesAndCanSkip)
     THits hits;
     hits.skipSecond = true;
     EXPECT_EQ(s.Replace("ab", "Z", true, false, false, Record, &hits), 2);
-    EXPECT_EQ(s, "Z\nxab\n\nZ");
+    EXPECT_EQ(s, AString("Z\nxab\n\nZ"));
     ASSERT_EQ(hits.calls.size(), 3u);
     EXPECT_EQ(hits.calls[0], (std::vector<int>{0, 2, 0, 0}));
     EXPECT_EQ(hits.calls[1], (std::vector<int>{4, 2, 1, 1}));
@@ -147,29 +144,29 @@ TEST(TStringSearch, WordHelpers)
 
 TEST(TStringSearch, Extensions)
 {
-    EXPECT_EQ(AString("a.b/c").GetExtension(), "");
-    EXPECT_EQ(AString("dir.x\\take.WAV").GetExtension(), "WAV");
-    EXPECT_EQ(AString("take.WAV").GetExtension("aif|wav"), "WAV");
-    EXPECT_EQ(AString("take.mp3").GetExtension("aif|wav"), "");
-    EXPECT_EQ(AString("take.wav").GetExtension("*.aif|.wav"), "wav");
-    EXPECT_EQ(AString("noext").GetExtension(), "");
+    EXPECT_EQ(AString("a.b/c").GetExtension(), AString(""));
+    EXPECT_EQ(AString("dir.x\\take.WAV").GetExtension(), AString("WAV"));
+    EXPECT_EQ(AString("take.WAV").GetExtension("aif|wav"), AString("WAV"));
+    EXPECT_EQ(AString("take.mp3").GetExtension("aif|wav"), AString(""));
+    EXPECT_EQ(AString("take.wav").GetExtension("*.aif|.wav"), AString("wav"));
+    EXPECT_EQ(AString("noext").GetExtension(), AString(""));
 
-    EXPECT_EQ(AString("take.wav").SetExtension("aif"), "take.aif");
-    EXPECT_EQ(AString("take..").SetExtension("aif"), "take.aif");
-    EXPECT_EQ(AString("take").SetExtension(".aif"), "take.aif");
-    EXPECT_EQ(AString("take.txt").SetExtension("aif", "wav|mp3"), "take.txt.aif");
-    EXPECT_EQ(AString("take.mp3").SetExtension("aif", "wav|mp3"), "take.aif");
-    EXPECT_EQ(AString("take.AIF").SetExtension("aif", "wav|mp3"), "take.aif");
-    EXPECT_EQ(AString("take.wav").SetExtension(nullptr), "take");
-    EXPECT_EQ(AString().SetExtension("aif"), "");
-    EXPECT_EQ(AString("take.wav").RemoveExtension("aif"), "take.wav");
-    EXPECT_EQ(AString("take.wav").RemoveExtension(), "take");
-    EXPECT_EQ(AString("take.WAV").AddExtension("wav"), "take.WAV");
-    EXPECT_EQ(AString("take.txt").AddExtension("wav"), "take.txt.wav");
-    EXPECT_EQ(AString("take.wav").AppendExtension("wav"), "take.wav.wav");
+    EXPECT_EQ(AString("take.wav").SetExtension("aif"), AString("take.aif"));
+    EXPECT_EQ(AString("take..").SetExtension("aif"), AString("take.aif"));
+    EXPECT_EQ(AString("take").SetExtension(".aif"), AString("take.aif"));
+    EXPECT_EQ(AString("take.txt").SetExtension("aif", "wav|mp3"), AString("take.txt.aif"));
+    EXPECT_EQ(AString("take.mp3").SetExtension("aif", "wav|mp3"), AString("take.aif"));
+    EXPECT_EQ(AString("take.AIF").SetExtension("aif", "wav|mp3"), AString("take.aif"));
+    EXPECT_EQ(AString("take.wav").SetExtension(nullptr), AString("take"));
+    EXPECT_EQ(AString().SetExtension("aif"), AString(""));
+    EXPECT_EQ(AString("take.wav").RemoveExtension("aif"), AString("take.wav"));
+    EXPECT_EQ(AString("take.wav").RemoveExtension(), AString("take"));
+    EXPECT_EQ(AString("take.WAV").AddExtension("wav"), AString("take.WAV"));
+    EXPECT_EQ(AString("take.txt").AddExtension("wav"), AString("take.txt.wav"));
+    EXPECT_EQ(AString("take.wav").AppendExtension("wav"), AString("take.wav.wav"));
     AString const original("song.mp3");
-    EXPECT_EQ(original.UpdatedWithExtension("ogg"), "song.ogg");
-    EXPECT_EQ(original, "song.mp3");
+    EXPECT_EQ(original.UpdatedWithExtension("ogg"), AString("song.ogg"));
+    EXPECT_EQ(original, AString("song.mp3"));
 
     WString wide(u"C:\\Takes\\take.wav");
     EXPECT_EQ(wide.GetExtensionA("WAV|aif"), WString(u"wav"));
@@ -182,9 +179,9 @@ TEST(TStringSearch, SmallXml)
 {
     AString const xml("<doc><name lang=\"en\">Take 1</name><empty/><open>never closed</doc>");
     EXPECT_TRUE(xml.ExistXmlSection("name"));
-    EXPECT_EQ(xml.GetXmlSection("name"), "Take 1");
+    EXPECT_EQ(xml.GetXmlSection("name"), AString("Take 1"));
     EXPECT_TRUE(xml.ExistXmlSection("empty"));
-    EXPECT_EQ(xml.GetXmlSection("empty"), "");
+    EXPECT_EQ(xml.GetXmlSection("empty"), AString(""));
     EXPECT_FALSE(xml.ExistXmlSection("open"));
     EXPECT_FALSE(xml.ExistXmlSection("nam"));
     EXPECT_EQ(xml.GetXmlSection("doc").Find("<name"), 0);

@@ -30,7 +30,7 @@ TEST(TextConversion, ValidUtf8DecodesIncludingPairs)
     EXPECT_EQ(w, WString(u"a\u00E9\u20AC\U0001F3B5"));
     EXPECT_EQ(w.GetLength(), 5);
     AString back(w);
-    EXPECT_EQ(back, "a\xC3\xA9\xE2\x82\xAC\xF0\x9F\x8E\xB5");
+    EXPECT_EQ(back, AString("a\xC3\xA9\xE2\x82\xAC\xF0\x9F\x8E\xB5"));
     EXPECT_EQ(w.to_astr(), back);
     EXPECT_EQ(back.to_wstr(), w);
     EXPECT_EQ(w.qString(), QString::fromUtf8("a\xC3\xA9\xE2\x82\xAC\xF0\x9F\x8E\xB5"));
@@ -65,65 +65,59 @@ TEST(TextConversion, WideToNarrowSurrogates)
 {
     CodePageGuard none(0);
     char16_t const pair[] = {u'a', 0xD83C, 0xDFB5, 0};
-    EXPECT_EQ(AString(pair), "a\xF0\x9F\x8E\xB5");
+    EXPECT_EQ(AString(pair), AString("a\xF0\x9F\x8E\xB5"));
     char16_t const loneLow[] = {u'a', 0xDC00, u'b', 0};
-    EXPECT_EQ(AString(loneLow), "a\xEF\xBF\xBD" "b");
+    EXPECT_EQ(AString(loneLow), AString("a\xEF\xBF\xBD" "b"));
     char16_t const loneHighInside[] = {0xD800, u'b', 0};
-    EXPECT_EQ(AString(loneHighInside), "\xEF\xBF\xBD" "b");
+    EXPECT_EQ(AString(loneHighInside), AString("\xEF\xBF\xBD" "b"));
     // A high surrogate at the very end makes the text local: one byte each.
     char16_t const loneHighAtEnd[] = {u'\u00E9', 0x263A, 0xD800, 0};
-    EXPECT_EQ(AString(loneHighAtEnd), "\xE9??");
+    EXPECT_EQ(AString(loneHighAtEnd), AString("\xE9??"));
 }
 
-TEST(TextConversion, StrictFormsAlwaysGiveUtf)
+TEST(TextConversion, StrictFormsAlwaysGiveUtfAndLocalFormsDoNot)
 {
     EXPECT_EQ(ConvertFromUtf8("a\xE9" "b"), WString(u"a\uFFFDb"));
     EXPECT_EQ(ConvertFromUtf8(AString("\xC3\xA9")), WString(u"\u00E9"));
     char16_t const loneHighAtEnd[] = {u'x', 0xD800, 0};
-    EXPECT_EQ(ConvertToUtf8(loneHighAtEnd), "x\xEF\xBF\xBD");
-    EXPECT_EQ(ConvertToUtf8(QString::fromUtf8("\xC3\xA9")), "\xC3\xA9");
-    EXPECT_EQ(ConvertToUtf8(WString(u"\u20AC")), "\xE2\x82\xAC");
+    EXPECT_EQ(ConvertToUtf8(loneHighAtEnd), AString("x\xEF\xBF\xBD"));
+    EXPECT_EQ(ConvertToUtf8(QString::fromUtf8("\xC3\xA9")), AString("\xC3\xA9"));
+    EXPECT_EQ(ConvertToUtf8(WString(u"\u20AC")), AString("\xE2\x82\xAC"));
     EXPECT_EQ(ConvertFromUtf8(static_cast<char const*>(nullptr)), WString());
-}
 
-TEST(TextConversion, LocalForms)
-{
+    // The local forms, with the code page left as it is.
     AString narrow;
     narrow.SetFromDbcs("caf\xE9");
-    EXPECT_EQ(narrow, "caf\xC3\xA9");
+    EXPECT_EQ(narrow, AString("caf\xC3\xA9"));
     WString wide;
     wide.SetFromDbcs("caf\xE9");
     EXPECT_EQ(wide, WString(u"caf\u00E9"));
     AString ascii("plain");
-    EXPECT_EQ(ascii.ToDbcs(), "plain");
+    EXPECT_EQ(ascii.ToDbcs(), AString("plain"));
 }
 
 TEST(TextConversion, HashesPinnedFromTheFormulas)
 {
     // hash * 31 + toupper(c), characters signed
-    EXPECT_EQ(AString("ab").GetHashValue(false), 2081u);
-    EXPECT_EQ(AString("AB").GetHashValue(false), 2081u);
-    EXPECT_EQ(AString("Ab").GetHashValue(false, 7), 8808u);
-    EXPECT_EQ(AString("\xE9" "a").GetHashValue(false), 4294966648u);
-    EXPECT_EQ(AString("Hello World").GetHashValue(false), 568232580u);
+    struct { char const* text; unsigned seed; unsigned hash; } const blind[] = {
+        {"ab", 0, 2081u}, {"AB", 0, 2081u}, {"Ab", 7, 8808u}, {"\xE9" "a", 0, 4294966648u},
+        {"Hello World", 0, 568232580u}, {"", 99, 99u}};
+    for (auto const& c : blind)
+        EXPECT_EQ(AString(c.text).GetHashValue(false, c.seed), c.hash) << c.text;
     EXPECT_EQ(WString(u"hello world").GetHashValue(false), 568232580u);
     EXPECT_EQ(WString(u"\u00E9").GetHashValue(false), 0xC9u);
-    EXPECT_EQ(AString().GetHashValue(false, 99), 99u);
     EXPECT_EQ(AString().GetHashValue(true, 99), 99u);
-    EXPECT_EQ(AString("same").GetHashValue(true, 1), AString("same").GetHashValue(true, 1));
     EXPECT_NE(AString("same").GetHashValue(true), AString("Same").GetHashValue(true));
 
-    // shift-and-fold
-    EXPECT_EQ(GetHashValue("ab", -1, 0xFFFFFFFFu, true), 1650u);
-    EXPECT_EQ(GetHashValue("ab", -1, 100u, true), 50u);
-    EXPECT_EQ(GetHashValue("ab", -1, 0xFFFFFFFFu, false), 1106u);
-    EXPECT_EQ(GetHashValue("\xFF", 1, 0xFFFFFFFFu, true), 0x0FFFFF0Fu);
-    EXPECT_EQ(GetHashValue("abcdefghij", -1, 0xFFFFFFFFu, true), 180004458u);
-    EXPECT_EQ(GetHashValue("abcdefghij", -1, 1021u, true), 116u);
-    EXPECT_EQ(GetHashValue("Sample.WAV", -1, 0xFFFFFFFFu, false), 84102470u);
+    // shift-and-fold, over a length (-1 for all) into a table size (0 for none)
+    struct { char const* text; int length; unsigned tableSize; bool caseSensitive; unsigned hash; } const folded[] = {
+        {"ab", -1, 0xFFFFFFFFu, true, 1650u}, {"ab", -1, 100u, true, 50u}, {"ab", -1, 0xFFFFFFFFu, false, 1106u},
+        {"\xFF", 1, 0xFFFFFFFFu, true, 0x0FFFFF0Fu}, {"abcdefghij", -1, 0xFFFFFFFFu, true, 180004458u},
+        {"abcdefghij", -1, 1021u, true, 116u}, {"Sample.WAV", -1, 0xFFFFFFFFu, false, 84102470u},
+        {"abcdefghij", 2, 0xFFFFFFFFu, true, 1650u}, {"ab", -1, 0u, true, 1650u}};
+    for (auto const& c : folded)
+        EXPECT_EQ(GetHashValue(c.text, c.length, c.tableSize, c.caseSensitive), c.hash) << c.text << " " << c.tableSize;
     EXPECT_EQ(GetHashValue(u"sample.wav", -1, 0xFFFFFFFFu, false), 84102470u);
-    EXPECT_EQ(GetHashValue("abcdefghij", 2, 0xFFFFFFFFu, true), 1650u);
-    EXPECT_EQ(GetHashValue("ab", -1, 0u, true), 1650u);
 }
 
 TEST(TextConversion, TextToNumbers)
@@ -147,12 +141,12 @@ TEST(TextConversion, TextToNumbers)
 TEST(TextConversion, FormatNarrowAndWide)
 {
     AString s;
-    EXPECT_EQ(s.Format("%d-%s-%.1f", 7, "x", 2.25), "7-x-2.2");
+    EXPECT_EQ(s.Format("%d-%s-%.1f", 7, "x", 2.25), AString("7-x-2.2"));
     s.Format("%s", std::string(3000, 'a').c_str());
     EXPECT_EQ(s.GetLength(), 2047);
     s = "self";
     s.Format("[%s]", s.c_str());
-    EXPECT_EQ(s, "[self]");
+    EXPECT_EQ(s, AString("[self]"));
 
     WString w;
     EXPECT_EQ(w.Format(u"%s=%d", u"wide", 12), WString(u"wide=12"));
