@@ -1,6 +1,7 @@
 #include "StringPrinting.h"
 #include "text/NumberText.h"
 #include "text/TString.h"
+#include "text/WideChar.h"
 
 #include <QByteArray>
 #include <QHash>
@@ -438,6 +439,33 @@ TEST(TStringCore, ComparisonOperators)
     EXPECT_EQ(AString("abc").CompareWith("ABC", false), 0);
     EXPECT_EQ(WString(u"\u00C9t\u00E9").CompareWith(u"\u00E9T\u00C9", false), 0);
     EXPECT_TRUE(AString() == static_cast<char const*>(nullptr));
+}
+
+// Case-blind wide comparison lowers both sides, as the C library's does: "_"
+// sorts before letters, which an upper-casing comparison would turn round.
+TEST(TStringCore, WideCaseBlindComparisonLowersBothSides)
+{
+    struct Case
+    {
+        char16_t const* a;
+        char16_t const* b;
+        int count;
+        int expected;
+    } const cases[] = {
+        {u"abc", u"ABC", 0x7fffffff, 0},      {u"_", u"A", 0x7fffffff, -1},
+        {u"a", u"B", 0x7fffffff, -1},         {u"ab", u"abc", 0x7fffffff, -1},
+        {u"abd", u"ABC", 0x7fffffff, 1},      {u"abcX", u"ABCy", 3, 0},
+        {u"abcX", u"ABCy", 4, -1},            {u"\u00C9t\u00E9", u"\u00E9T\u00C9", 0x7fffffff, 0},
+        {u"", u"", 0x7fffffff, 0},            {u"x", u"y", 0, 0},
+    };
+    for (Case const& c : cases) {
+        SCOPED_TRACE((QString::fromStdU16String(c.a) + " / " + QString::fromStdU16String(c.b)).toStdString());
+        EXPECT_EQ(WideCompareNoCase(c.a, c.b, c.count), c.expected);
+        if (c.count == 0x7fffffff) {
+            EXPECT_EQ(WideCompareNoCase(c.a, c.b), c.expected);
+            EXPECT_EQ(WideCompareNoCase(c.b, c.a), -c.expected);
+        }
+    }
 }
 
 TEST(TStringCore, CopiesOnManyThreadsKeepTheCountRight)
