@@ -53,20 +53,6 @@ void WriteMixed(TOutputStream& out)
 
 } // namespace
 
-TEST(ByteStreamWrite, ExactBytesInBothOrders)
-{
-    TOutputMemoryStream plain;
-    TOutputMemoryStream swapped(32, autoDeleteOn, endianSwap);
-    WriteMixed(plain);
-    WriteMixed(swapped);
-    // 'A', short, unsigned short, int, unsigned int, long, float, long long, double
-    Bytes const little = Hex("41 0201 B0A0 04030201 B0A09080 FEFFFFFF 0000803F 0807060504030201 000000000000F0BF");
-    Bytes const big = Hex("41 0102 A0B0 01020304 8090A0B0 FFFFFFFE 3F800000 0102030405060708 BFF0000000000000");
-    EXPECT_EQ(Written(plain), little);
-    EXPECT_EQ(Written(swapped), big);
-    EXPECT_EQ(plain.GetPosition(), 37u);
-}
-
 TEST(ByteStreamWrite, ArraysAreOneWriteUnlessSwapped)
 {
     int const values[3] = {1, -2, 0x7F000000};
@@ -260,11 +246,15 @@ template <class T> unsigned int ExpectNext(TInputMemoryStream& in, T expected)
     return position;
 }
 
-TEST(ByteStreamRead, TypedReadsInBothOrders)
+TEST(ByteStream, TypedValuesInBothOrders)
 {
+    // 'A', short, unsigned short, int, unsigned int, long, float, long long, double
+    Bytes const little = Hex("41 0201 B0A0 04030201 B0A09080 FEFFFFFF 0000803F 0807060504030201 000000000000F0BF");
+    Bytes const big = Hex("41 0102 A0B0 01020304 8090A0B0 FFFFFFFE 3F800000 0102030405060708 BFF0000000000000");
     for (EEndianType order : { endianNoSwap, endianSwap }) {
         TOutputMemoryStream out(32, autoDeleteOn, order);
         WriteMixed(out);
+        EXPECT_EQ(Written(out), order == endianSwap ? big : little);
         TInputMemoryStream in(out.Start(), out.GetPosition(), order);
         ExpectNext(in, 'A');
         ExpectNext(in, static_cast<short>(0x0102));
@@ -293,9 +283,13 @@ void CheckArraySwap(T seed)
         TInputMemoryStream in(out.Start(), out.GetPosition(), endianSwap);
         EXPECT_EQ(in.Read(back.data(), count), count * sizeof(T));
         EXPECT_EQ(back, values) << sizeof(T) << " bytes, count " << count;
-        // And the stored bytes really are reversed.
-        Bytes const native = BytesOf(values[0]);
-        EXPECT_EQ(Bytes(out.Start(), out.Start() + sizeof(T)), Bytes(native.rbegin(), native.rend()));
+        // And the stored bytes really are reversed, element by element.
+        Bytes reversed;
+        for (T value : values) {
+            Bytes const native = BytesOf(value);
+            reversed.insert(reversed.end(), native.rbegin(), native.rend());
+        }
+        EXPECT_EQ(Bytes(out.Start(), out.Start() + out.GetPosition()), reversed);
     }
 }
 

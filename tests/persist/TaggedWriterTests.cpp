@@ -296,45 +296,16 @@ TEST(TaggedWriterXml, PureAsciiIsThePrintableRange)
         EXPECT_FALSE(IsPureAscii(text)) << text;
 }
 
-TEST(TaggedWriterRaw, GroupsAreReenteredAndExtended)
+// In XML every entry is an element of its own; how the raw tree finds
+// groups again is checked against a model in the tree tests.
+TEST(TaggedWriterXml, GroupsAreNotReentered)
 {
-    TTaggedOutputStream stream(streamModeRawTags, "T");
-    stream.MoveDown("g");
-    stream.SetValue(1, "x");
-    stream.MoveUp();
-    stream.SetValue(2, "between");
-    stream.MoveDown("g");
-    stream.SetValue(3, "y");
-    stream.MoveUp();
-    Bytes const bytes = Document(stream);
-    std::vector<Node> const top = Children(bytes, 16);
-    ASSERT_EQ(Names(top), (Strings { "g", "between" }));
-    EXPECT_EQ(Names(Children(bytes, top[0].offset)), (Strings { "x", "y" }));
-    EXPECT_EQ(IntAt(bytes.data(), top[0].offset + 8), 16); // parent
-
-    // In XML every entry is an element of its own.
     TTaggedOutputStream xml(streamModeXml, "T");
     for (int i = 0; i < 2; ++i) {
         xml.MoveDown("g");
         xml.MoveUp();
     }
     EXPECT_EQ(Text(xml), kDeclaration + "<T>\r\n\t<g>\r\n\t</g>\r\n\t<g>\r\n\t</g>\r\n</T>\r\n");
-}
-
-TEST(TaggedWriterRaw, AColonTagIsNeverFoundAgain)
-{
-    TTaggedOutputStream stream(streamModeRawTags, "T");
-    for (int i = 0; i < 2; ++i) {
-        stream.MoveDown("group:g");
-        stream.MoveUp();
-    }
-    stream.MoveDown("g"); // the short spelling finds the first
-    stream.SetValue(1, "v");
-    Bytes const bytes = Document(stream);
-    std::vector<Node> const top = Children(bytes, 16);
-    ASSERT_EQ(Names(top), (Strings { "g", "g" }));
-    EXPECT_EQ(Children(bytes, top[0].offset).size(), 1u);
-    EXPECT_EQ(Children(bytes, top[1].offset).size(), 0u);
 }
 
 TEST(TaggedWriterRaw, SlashTagsArePaths)
