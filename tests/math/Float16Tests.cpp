@@ -121,7 +121,7 @@ TEST_F(Float16, OutOfRangeValuesClampAndNanBecomesZero)
         // Too small even for a subnormal: zero without its sign.
         { -0.0f, 0 },
         { -1e-30f, 0 },
-        { std::ldexp(1.0f, -26), 0 },
+        { -std::ldexp(1.0f, -26), 0 },
         { std::ldexp(1.0f, -25), 0x0001 },
         { -std::ldexp(1.0f, -24), 0x8001 },
     };

@@ -117,6 +117,8 @@ TEST(BitStreamRead, SignExtensionAndWidths)
     TInputMemoryBitStream again(data + 1, 8);
     EXPECT_EQ(again.ReadBits(0, true, nullptr), 0);
     EXPECT_EQ(again.ReadBits(3, false, nullptr), 6);
+    TInputMemoryBitStream oneBit(data, 1); // one set bit read signed is -1
+    EXPECT_EQ(oneBit.ReadBits(1, true, nullptr), -1);
 
     char const word[4] = {static_cast<char>(0xF0), 0x00, 0x00, static_cast<char>(0x80)};
     char copy[4];
