@@ -5,12 +5,10 @@
 #include "platform/PlatformMemory.h"
 #include "text/TString.h"
 
-#include <QByteArray>
 #include <gtest/gtest.h>
 
 #include <cstdint>
 #include <cstring>
-#include <vector>
 
 namespace {
 
@@ -23,17 +21,11 @@ TEST(MemoryAlloc, SizeZeroAndNullFollowTheirRules)
     auto* p = static_cast<char*>(realloc_ex(nullptr, 3));
     ASSERT_NE(p, nullptr);
     std::memcpy(p, "abc", 3);
-    p = static_cast<char*>(realloc_ex(p, 100000));
-    ASSERT_NE(p, nullptr);
+    ASSERT_NE(p = static_cast<char*>(realloc_ex(p, 100000)), nullptr);
     EXPECT_EQ(0, std::memcmp(p, "abc", 3));
     // Freed here; the sanitizer build would report a leak otherwise.
     EXPECT_EQ(realloc_ex(p, 0), nullptr);
     free_ex(nullptr);
-}
-
-QString MessageOf(TException const& exception)
-{
-    return exception.Message() ? exception.Message()->qString() : QString();
 }
 
 TEST(MemoryAlloc, NegativeSizesFailAsExhaustedMemory)
@@ -42,7 +34,8 @@ TEST(MemoryAlloc, NegativeSizesFailAsExhaustedMemory)
         malloc_ex(-1);
         FAIL() << "no exception";
     } catch (TException const& exception) {
-        EXPECT_EQ(MessageOf(exception), QStringLiteral("Out of memory"));
+        ASSERT_TRUE(exception.Message());
+        EXPECT_EQ(exception.Message()->qString(), QStringLiteral("Out of memory"));
     }
     void* block = malloc_ex(8);
     EXPECT_THROW(realloc_ex(block, -8), TException);
@@ -64,8 +57,7 @@ TEST(MemoryAlloc, CopyHLReplacesAndReportsTheSize)
     EXPECT_EQ(0, std::memcmp(held, "hello", 5));
     EXPECT_EQ(size, 5);
     CopyHL(nullptr, 7, &held, &size);
-    EXPECT_EQ(held, nullptr);
-    EXPECT_EQ(size, 7);
+    EXPECT_TRUE(held == nullptr && size == 7);
     CopyHL("xy", 2, nullptr, &size);
     EXPECT_EQ(size, 2);
     CopyHL("abc", 3, &held, nullptr);
@@ -123,24 +115,18 @@ TEST(MemoryAlloc, ConstSlotPtrTakesFirstFullSlotAndRefillsWhenEmpty)
 {
     void* slots[3] = {};
     void* const first = ConstSlotPtr(16, slots, 3);
-    ASSERT_NE(first, nullptr);
     // Refilled all three, took slot 0; the next two come in order.
-    EXPECT_EQ(slots[0], nullptr);
-    void* const secondExpected = slots[1];
-    void* const thirdExpected = slots[2];
-    ASSERT_NE(secondExpected, nullptr);
-    ASSERT_NE(thirdExpected, nullptr);
-    EXPECT_EQ(ConstSlotPtr(16, slots, 3), secondExpected);
-    EXPECT_EQ(ConstSlotPtr(16, slots, 3), thirdExpected);
-    for (void* slot : slots)
-        EXPECT_EQ(slot, nullptr);
-
+    void* const second = slots[1];
+    void* const third = slots[2];
+    ASSERT_TRUE(first && !slots[0] && second && third);
+    EXPECT_EQ(ConstSlotPtr(16, slots, 3), second);
+    EXPECT_EQ(ConstSlotPtr(16, slots, 3), third);
+    EXPECT_TRUE(!slots[0] && !slots[1] && !slots[2]);
     // A block put back by the caller is handed out before any refill.
     slots[2] = first;
     EXPECT_EQ(ConstSlotPtr(16, slots, 3), first);
-    free_ex(first);
-    free_ex(secondExpected);
-    free_ex(thirdExpected);
+    for (void* block : { first, second, third })
+        free_ex(block);
 
     EXPECT_EQ(ConstSlotPtr(16, slots, 0), nullptr);
     EXPECT_EQ(ConstSlotPtr(16, nullptr, 3), nullptr);

@@ -1,4 +1,5 @@
 #include "LogCapture.h"
+#include "TaggedDocuments.h"
 
 #include "core/TVector.h"
 #include "math/MemoryAlloc.h"
@@ -6,6 +7,7 @@
 #include "persist/TOutputMemoryStream.h"
 #include "text/TString.h"
 
+#include <QString>
 #include <gtest/gtest.h>
 
 #include <cstring>
@@ -13,8 +15,6 @@
 #include <vector>
 
 namespace {
-
-using Bytes = std::vector<unsigned char>;
 
 Bytes Written(TOutputMemoryStream const& stream)
 {
@@ -53,23 +53,6 @@ void WriteMixed(TOutputStream& out)
 
 } // namespace
 
-TEST(ByteStreamWrite, ExactBytesInBothOrders)
-{
-    TOutputMemoryStream plain;
-    TOutputMemoryStream swapped(32, autoDeleteOn, endianSwap);
-    WriteMixed(plain);
-    WriteMixed(swapped);
-    Bytes const little = {'A',  0x02, 0x01, 0xB0, 0xA0, 0x04, 0x03, 0x02, 0x01, 0xB0, 0xA0, 0x90, 0x80, 0xFE, 0xFF,
-                          0xFF, 0xFF, 0x00, 0x00, 0x80, 0x3F, 0x08, 0x07, 0x06, 0x05, 0x04, 0x03, 0x02, 0x01, 0x00,
-                          0x00, 0x00, 0x00, 0x00, 0x00, 0xF0, 0xBF};
-    Bytes const big = {'A',  0x01, 0x02, 0xA0, 0xB0, 0x01, 0x02, 0x03, 0x04, 0x80, 0x90, 0xA0, 0xB0, 0xFF, 0xFF,
-                       0xFF, 0xFE, 0x3F, 0x80, 0x00, 0x00, 0x01, 0x02, 0x03, 0x04, 0x05, 0x06, 0x07, 0x08, 0xBF,
-                       0xF0, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00};
-    EXPECT_EQ(Written(plain), little);
-    EXPECT_EQ(Written(swapped), big);
-    EXPECT_EQ(plain.GetPosition(), 37u);
-}
-
 TEST(ByteStreamWrite, ArraysAreOneWriteUnlessSwapped)
 {
     int const values[3] = {1, -2, 0x7F000000};
@@ -81,12 +64,12 @@ TEST(ByteStreamWrite, ArraysAreOneWriteUnlessSwapped)
     swapped.SetEndianType(endianSwap);
     swapped.Write(values, 3);
     EXPECT_EQ(swapped.sizes, (std::vector<unsigned int>{4, 4, 4}));
-    EXPECT_EQ(Written(swapped), (Bytes{0, 0, 0, 1, 0xFF, 0xFF, 0xFF, 0xFE, 0x7F, 0, 0, 0}));
+    EXPECT_EQ(Written(swapped), Hex("00000001 FFFFFFFE 7F000000"));
 
     long const longs[2] = {-1, 7};
     CountingStream narrowed;
     narrowed.Write(longs, 2);
-    EXPECT_EQ(Written(narrowed), (Bytes{0xFF, 0xFF, 0xFF, 0xFF, 7, 0, 0, 0}));
+    EXPECT_EQ(Written(narrowed), Hex("FFFFFFFF 07000000"));
 }
 
 TEST(ByteStreamWrite, LongOutside32BitsIsReportedAndCut)
@@ -95,7 +78,7 @@ TEST(ByteStreamWrite, LongOutside32BitsIsReportedAndCut)
     TOutputMemoryStream out;
     out.Write(0x100000002L);
     out.Write(0x1FFFFFFFFUL);
-    EXPECT_EQ(Written(out), (Bytes{2, 0, 0, 0, 0xFF, 0xFF, 0xFF, 0xFF}));
+    EXPECT_EQ(Written(out), Hex("02000000 FFFFFFFF"));
     EXPECT_TRUE(log.Contains("Log.NoGoZone", "TOutputStream::Write 1"));
     EXPECT_TRUE(log.Contains("Log.NoGoZone", "TOutputStream::Write 2"));
 }
@@ -122,7 +105,7 @@ TEST(ByteStreamWrite, StringsAndLines)
     out.WriteString(u"d", true);
     out.WriteLine("e");
     out.WriteLine(u"f");
-    EXPECT_EQ(Written(out), (Bytes{'a', 'b', 0, 'c', 'd', 0, 0, 0, 'e', '\r', '\n', 'f', 0, 0x0D, 0, 0, 0, 0x0A, 0, 0, 0}));
+    EXPECT_EQ(Written(out), B(std::string("ab\0cd\0\0\0e\r\nf\0\r\0\0\0\n\0\0\0", 21)));
 }
 
 TEST(ByteStreamWrite, GrowthIsByAConstantStepOfAtLeast32)
@@ -222,8 +205,7 @@ TEST(ByteStreamWrite, AlignInitBlockExtendAndReserve)
     EXPECT_EQ(out.ExtendInternalBuffer(16), capacity);
     EXPECT_EQ(out.GetAllocatedSize(), capacity + 16);
     EXPECT_EQ(out.GetPosition(), capacity);
-    for (unsigned int i = capacity; i < capacity + 16; ++i)
-        EXPECT_EQ(out.Start()[i], 0) << i;
+    EXPECT_EQ(Bytes(out.Start() + capacity, out.Start() + capacity + 16), Bytes(16, 0));
 
     TOutputMemoryStream fresh;
     fresh.Reserve(100);
@@ -255,39 +237,34 @@ TEST(ByteStreamWrite, CutSectionAndOptimizeSize)
     EXPECT_EQ(std::memcmp(out.Start(), "0156!", 5), 0);
 }
 
-TEST(ByteStreamRead, TypedReadsInBothOrders)
+// Reads the next value, compares it and answers the position.
+template <class T> unsigned int ExpectNext(TInputMemoryStream& in, T expected)
 {
-    for (EEndianType order : {endianNoSwap, endianSwap}) {
+    T value {};
+    unsigned int const position = in.Read(&value);
+    EXPECT_EQ(value, expected) << sizeof(T) << "-byte value";
+    return position;
+}
+
+TEST(ByteStream, TypedValuesInBothOrders)
+{
+    // 'A', short, unsigned short, int, unsigned int, long, float, long long, double
+    Bytes const little = Hex("41 0201 B0A0 04030201 B0A09080 FEFFFFFF 0000803F 0807060504030201 000000000000F0BF");
+    Bytes const big = Hex("41 0102 A0B0 01020304 8090A0B0 FFFFFFFE 3F800000 0102030405060708 BFF0000000000000");
+    for (EEndianType order : { endianNoSwap, endianSwap }) {
         TOutputMemoryStream out(32, autoDeleteOn, order);
         WriteMixed(out);
+        EXPECT_EQ(Written(out), order == endianSwap ? big : little);
         TInputMemoryStream in(out.Start(), out.GetPosition(), order);
-        char c;
-        short s;
-        unsigned short us;
-        int i;
-        unsigned int ui;
-        long l;
-        float f;
-        long long ll;
-        double d;
-        in.Read(&c);
-        in.Read(&s);
-        in.Read(&us);
-        in.Read(&i);
-        in.Read(&ui);
-        in.Read(&l);
-        in.Read(&f);
-        in.Read(&ll);
-        EXPECT_EQ(in.Read(&d), 37u);
-        EXPECT_EQ(c, 'A');
-        EXPECT_EQ(s, 0x0102);
-        EXPECT_EQ(us, 0xA0B0);
-        EXPECT_EQ(i, 0x01020304);
-        EXPECT_EQ(ui, 0x8090A0B0u);
-        EXPECT_EQ(l, -2L);
-        EXPECT_EQ(f, 1.0f);
-        EXPECT_EQ(ll, 0x0102030405060708LL);
-        EXPECT_EQ(d, -1.0);
+        ExpectNext(in, 'A');
+        ExpectNext(in, static_cast<short>(0x0102));
+        ExpectNext(in, static_cast<unsigned short>(0xA0B0));
+        ExpectNext(in, 0x01020304);
+        ExpectNext(in, 0x8090A0B0u);
+        ExpectNext(in, -2L);
+        ExpectNext(in, 1.0f);
+        ExpectNext(in, 0x0102030405060708LL);
+        EXPECT_EQ(ExpectNext(in, -1.0), 37u);
         EXPECT_TRUE(in.IsEnd());
     }
 }
@@ -306,14 +283,13 @@ void CheckArraySwap(T seed)
         TInputMemoryStream in(out.Start(), out.GetPosition(), endianSwap);
         EXPECT_EQ(in.Read(back.data(), count), count * sizeof(T));
         EXPECT_EQ(back, values) << sizeof(T) << " bytes, count " << count;
-        // And the stored bytes really are reversed.
-        T first;
-        std::memcpy(&first, out.Start(), sizeof(T));
-        unsigned char a[sizeof(T)], b[sizeof(T)];
-        std::memcpy(a, &first, sizeof(T));
-        std::memcpy(b, &values[0], sizeof(T));
-        for (size_t k = 0; k < sizeof(T); ++k)
-            EXPECT_EQ(a[k], b[sizeof(T) - 1 - k]);
+        // And the stored bytes really are reversed, element by element.
+        Bytes reversed;
+        for (T value : values) {
+            Bytes const native = BytesOf(value);
+            reversed.insert(reversed.end(), native.rbegin(), native.rend());
+        }
+        EXPECT_EQ(Bytes(out.Start(), out.Start() + out.GetPosition()), reversed);
     }
 }
 
@@ -401,10 +377,10 @@ TEST(ByteStreamRead, StringsAndTokens)
     EXPECT_EQ(TString<char16_t>(wide), u"wide");
     TVector<TString<char>> tokens;
     in.ReadTokens(tokens, ",");
-    ASSERT_EQ(tokens.Count(), 3);
-    EXPECT_EQ(tokens[0], "1");
-    EXPECT_EQ(tokens[1], "");
-    EXPECT_EQ(tokens[2], "3");
+    Strings texts;
+    for (int i = 0; i < tokens.Count(); ++i)
+        texts.push_back(tokens[i].c_str());
+    EXPECT_EQ(texts, (Strings { "1", "", "3" }));
     int value = 0;
     Read(&value, in, dataFormatText);
     EXPECT_EQ(value, -42);
@@ -417,24 +393,21 @@ TEST(ByteStreamRead, NarrowReadLineEndsAtEachLineEnd)
     TInputMemoryStream in(text, sizeof(text) - 1);
     TString<char> line;
     bool atEnd = false;
-    in.ReadLine(line, 100, &atEnd);
-    EXPECT_EQ(line, "a");
-    in.ReadLine(line, 100, &atEnd);
-    EXPECT_EQ(line, "b");
-    in.ReadLine(line, 100, &atEnd);
-    EXPECT_EQ(line, "c");
-    in.ReadLine(line, 6, &atEnd);
-    EXPECT_EQ(line, "longer");
+    auto next = [&](int maxChars, bool* end) {
+        in.ReadLine(line, maxChars, end);
+        return std::string(line.c_str());
+    };
+    EXPECT_EQ(next(100, &atEnd), "a");
+    EXPECT_EQ(next(100, &atEnd), "b");
+    EXPECT_EQ(next(100, &atEnd), "c");
+    EXPECT_EQ(next(6, &atEnd), "longer");
     EXPECT_FALSE(atEnd);
-    in.ReadLine(line, 100, &atEnd);
-    EXPECT_EQ(line, " line");
+    EXPECT_EQ(next(100, &atEnd), " line");
     EXPECT_TRUE(atEnd);
-    in.ReadLine(line, 0, nullptr);
-    EXPECT_EQ(line, "");
+    EXPECT_EQ(next(0, nullptr), "");
     EXPECT_EQ(in.GetPosition(), sizeof(text) - 2);
     atEnd = false;
-    in.ReadLine(line, 100, &atEnd); // the block ends without a terminator
-    EXPECT_EQ(line, "z");
+    EXPECT_EQ(next(100, &atEnd), "z"); // the block ends without a terminator
     EXPECT_TRUE(atEnd);
     EXPECT_TRUE(in.IsEnd());
 }
@@ -445,28 +418,24 @@ TEST(ByteStreamRead, WideReadLineKeepsItsOldWays)
     TInputMemoryStream in(text, sizeof(text));
     TString<char16_t> line;
     bool atEnd = false;
-    in.ReadLine(line, 100, &atEnd);
-    EXPECT_EQ(line, u"ab");
+    auto next = [&](int maxChars, bool* end) {
+        in.ReadLine(line, maxChars, end);
+        return line.qString();
+    };
+    EXPECT_EQ(next(100, &atEnd), "ab");
     EXPECT_EQ(in.GetPosition(), 0u); // ended by LF: the position stays
-
-    in.ReadLine(line, 1, &atEnd); // below 2 reads nothing
-    EXPECT_EQ(line, u"");
-    in.ReadLine(line, 2, &atEnd); // the limit ends it: the position moves
-    EXPECT_EQ(line, u"a");
+    EXPECT_EQ(next(1, &atEnd), ""); // below 2 reads nothing
+    EXPECT_EQ(next(2, &atEnd), "a"); // the limit ends it: the position moves
     EXPECT_EQ(in.GetPosition(), 2u);
-    in.ReadLine(line, 4, &atEnd);
-    EXPECT_EQ(line, u"b");
+    EXPECT_EQ(next(4, &atEnd), "b");
     EXPECT_EQ(in.GetPosition(), 2u);
-
     in.SetPosition(6);
-    in.ReadLine(line, 100, &atEnd); // ends at the zero
-    EXPECT_EQ(line, u"cd");
+    EXPECT_EQ(next(100, &atEnd), "cd"); // ends at the zero
     EXPECT_FALSE(atEnd); // never raised
     atEnd = true;
-    in.ReadLine(line, 100, &atEnd);
+    next(100, &atEnd);
     EXPECT_TRUE(atEnd);
-    in.ReadLine(line, 100, nullptr);
-    EXPECT_EQ(line, u"cd");
+    EXPECT_EQ(next(100, nullptr), "cd");
 }
 
 TEST(ByteStreamXml, TagsAndValues)

@@ -1,3 +1,5 @@
+#include "TaggedDocuments.h"
+
 #include "core/TFlexHashMap.h"
 #include "core/TFlexList.h"
 #include "core/TVector.h"
@@ -117,18 +119,20 @@ TObject* MakeEntry(long long, int, char const*)
     return new TEntry;
 }
 
+// The calls of write, then 99 as "end", to show where the restore left off.
+template <class Write> QByteArray Ended(EStreamMode mode, Write write)
+{
+    return Document(mode, [&](TTaggedOutputStream& out) {
+        write(out);
+        out.SetValue(99, "end");
+    });
+}
+
 class ContainerStateModes : public ::testing::TestWithParam<EStreamMode>
 {
 protected:
     void SetUp() override { g_factoryLog = TFactoryLog(); }
-    template <class Write>
-    QByteArray Document(Write write)
-    {
-        TTaggedOutputStream out(GetParam(), "C");
-        write(out);
-        out.SetValue(99, "end");
-        return out.GetAsByteArray();
-    }
+    template <class Write> QByteArray Document(Write write) { return Ended(GetParam(), write); }
 };
 
 } // namespace
@@ -148,8 +152,8 @@ TEST_P(ContainerStateModes, ListsKeepClassesAndLeaveOutDrafts)
     int const group = in.GetCurrentGroup();
     ASSERT_TRUE(restored.RestoreState(in, 12, "shapes", 2));
     // Appended behind what was there; numbered without the draft's gap.
-    EXPECT_EQ(Describe(restored), (std::vector<std::string>{"plain 0", "circle 3", "square 4", "plain 5"}));
-    EXPECT_EQ(g_factoryLog.calls, (std::vector<std::string>{"12:7:", "12:-1:square", "12:-1:"}));
+    EXPECT_EQ(Describe(restored), (Strings { "plain 0", "circle 3", "square 4", "plain 5" }));
+    EXPECT_EQ(g_factoryLog.calls, (Strings { "12:7:", "12:-1:square", "12:-1:" }));
     EXPECT_EQ(in.GetCurrentGroup(), group);
     EXPECT_EQ(in.GetValue(0, "end"), 99);
     EXPECT_FALSE(restored.RestoreState(in, 12, "shapes", 3));
@@ -166,7 +170,7 @@ TEST_P(ContainerStateModes, FactoryOrElementEndsTheRestore)
     g_factoryLog.stopAt = 1;
     TFlexList<TShape> cut(autoDeleteOn, MakeShape);
     EXPECT_TRUE(cut.RestoreState(in, 0, "s", 0));
-    EXPECT_EQ(Describe(cut), std::vector<std::string>{"plain 1"});
+    EXPECT_EQ(Describe(cut), Strings { "plain 1" });
 
     // The third element refuses its state: it is not added, and not deleted
     // by the list either.
@@ -178,7 +182,7 @@ TEST_P(ContainerStateModes, FactoryOrElementEndsTheRestore)
         return made.back();
     });
     EXPECT_TRUE(refused.RestoreState(in, 0, "s", 0));
-    EXPECT_EQ(Describe(refused), (std::vector<std::string>{"plain 1", "plain 2"}));
+    EXPECT_EQ(Describe(refused), (Strings { "plain 1", "plain 2" }));
     ASSERT_EQ(made.size(), 3u);
     EXPECT_FALSE(refused.HasElement(static_cast<TShape*>(made[2])));
     made[2]->DeleteSelf();
@@ -199,14 +203,11 @@ TEST_P(ContainerStateModes, VectorsCountWhatMayBeWrittenButWriteAll)
     in.MoveUp();
     TVector<TShape> restored(4, 4, autoDeleteOn, MakeShape);
     ASSERT_TRUE(restored.RestoreState(in, 0, "v", 0));
-    EXPECT_EQ(Describe(restored), (std::vector<std::string>{"square 1", "plain 2"}));
+    EXPECT_EQ(Describe(restored), (Strings { "square 1", "plain 2" }));
     EXPECT_EQ(in.GetValue(0, "end"), 99);
 }
 
-INSTANTIATE_TEST_SUITE_P(TagModes, ContainerStateModes, ::testing::Values(streamModeRawTags, streamModeXml),
-                         [](::testing::TestParamInfo<EStreamMode> const& info) {
-                             return std::string(info.param == streamModeRawTags ? "RawTags" : "Xml");
-                         });
+INSTANTIATE_TEST_SUITE_P(TagModes, ContainerStateModes, ::testing::Values(streamModeRawTags, streamModeXml), ModeName);
 
 TEST(ContainerState, HashMapsRebuildTheirTableInEveryMode)
 {
@@ -214,10 +215,7 @@ TEST(ContainerState, HashMapsRebuildTheirTableInEveryMode)
         TFlexHashMap<TEntry> map(0, autoDeleteOn, MakeEntry);
         for (int i = 0; i < 40; ++i)
             map.Add(new TEntry(("key" + std::to_string(i)).c_str(), i * i));
-        TTaggedOutputStream out(mode, "C");
-        map.WriteState(out, 0, "map", 0);
-        out.SetValue(99, "end");
-        QByteArray const document = out.GetAsByteArray();
+        QByteArray const document = Ended(mode, [&](TTaggedOutputStream& out) { map.WriteState(out, 0, "map", 0); });
         TTaggedInputStream in(mode, document, checksumOn);
 
         TFlexHashMap<TEntry> restored(0, autoDeleteOn, MakeEntry);

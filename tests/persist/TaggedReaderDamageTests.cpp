@@ -1,4 +1,5 @@
 #include "LogCapture.h"
+#include "TaggedDocuments.h"
 
 #include "diag/TException.h"
 #include "math/Checksum.h"
@@ -23,21 +24,17 @@ QString const kDamaged = QStringLiteral("The file is damaged (or it is of the wr
 // Root at 16; "a" at 44, group "g" at 60 with "t" and "d"; "z" last.
 QByteArray SmallDocument(EStreamMode mode)
 {
-    TTaggedOutputStream out(mode, "Doc");
-    out.SetValue(11, "a");
-    out.MoveDown("g");
-    out.SetValue("text", "t");
-    out.SetValue(2.5, "d");
-    out.MoveUp();
-    out.SetValue(33, "z");
-    return out.GetAsByteArray();
-}
-
-int IntAt(QByteArray const& bytes, int at)
-{
-    int value;
-    std::memcpy(&value, bytes.constData() + at, 4);
-    return value;
+    return Document(
+        mode,
+        [](TTaggedOutputStream& out) {
+            out.SetValue(11, "a");
+            out.MoveDown("g");
+            out.SetValue("text", "t");
+            out.SetValue(2.5, "d");
+            out.MoveUp();
+            out.SetValue(33, "z");
+        },
+        "Doc");
 }
 
 void PutInt(QByteArray& bytes, int at, int value)
@@ -93,8 +90,8 @@ TEST(TaggedReaderDamage, TreesThatLeaveTheBlockOrMeetThemselves)
 {
     QByteArray const good = SmallDocument(streamModeRawTags);
     int const root = 16;
-    int const first = IntAt(good, root + 12);
-    int const group = IntAt(good, first);
+    int const first = IntAt(good.constData(), root + 12);
+    int const group = IntAt(good.constData(), first);
     ASSERT_EQ(good.mid(root + 20, 4), QByteArray("Root"));
     auto damaged = [&](auto change) {
         QByteArray bytes = good;
@@ -106,13 +103,14 @@ TEST(TaggedReaderDamage, TreesThatLeaveTheBlockOrMeetThemselves)
     EXPECT_TRUE(damaged([&](QByteArray& b) { PutInt(b, root + 12, -first); }));
     EXPECT_TRUE(damaged([&](QByteArray& b) { PutInt(b, first, first); }));
     // The group's last child leads on into the root's "z": met twice.
-    EXPECT_TRUE(damaged([&](QByteArray& b) { PutInt(b, IntAt(b, group + 16), IntAt(b, root + 16)); }));
+    EXPECT_TRUE(
+        damaged([&](QByteArray& b) { PutInt(b, IntAt(b.constData(), group + 16), IntAt(b.constData(), root + 16)); }));
     // A name that runs to the end of the block; data that ends behind it.
     EXPECT_TRUE(damaged([&](QByteArray& b) {
         PutInt(b, b.size() - 4, 0x7F7F7F7F);
         b[first + 6] = static_cast<char>(b.size() - 4 - first);
     }));
-    EXPECT_TRUE(damaged([&](QByteArray& b) { b[IntAt(b, root + 16) + 4] = static_cast<char>(200); }));
+    EXPECT_TRUE(damaged([&](QByteArray& b) { b[IntAt(b.constData(), root + 16) + 4] = static_cast<char>(200); }));
     // The tree is checked without the checksum as well.
     QByteArray looped = good;
     PutInt(looped, first, first);

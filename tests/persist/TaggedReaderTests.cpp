@@ -1,3 +1,5 @@
+#include "TaggedDocuments.h"
+
 #include "math/TRandomizer.h"
 #include "persist/TTaggedInputStream.h"
 #include "persist/TTaggedOutputStream.h"
@@ -17,19 +19,12 @@ namespace {
 
 QUuid const kId = QUuid::fromString(QStringLiteral("{67c8770b-44f1-410a-ab9a-f9b5446f13ee}"));
 
-QByteArray Bytes(int count)
+QByteArray Pattern(int count)
 {
     QByteArray bytes(count, 0);
     for (int i = 0; i < count; ++i)
         bytes[i] = static_cast<char>(i * 7 + 1);
     return bytes;
-}
-
-QByteArray Document(EStreamMode mode, void (*write)(TTaggedOutputStream&))
-{
-    TTaggedOutputStream out(mode, "Test");
-    write(out);
-    return out.GetAsByteArray();
 }
 
 // One value of every type, some in groups.
@@ -60,8 +55,8 @@ void WriteEveryType(TTaggedOutputStream& out)
     out.SetValue(QStringLiteral("qt \u00E9"), "q");
     out.MoveUp();
     out.SetValue(kId, "id");
-    out.SetBinary(Bytes(255), "b255");
-    out.SetBinary(Bytes(300), "b300");
+    out.SetBinary(Pattern(255), "b255");
+    out.SetBinary(Pattern(300), "b300");
     out.SetValue(42, "last");
 }
 
@@ -75,8 +70,8 @@ TEST_P(TaggedReaderModes, EveryTypeComesBack)
 {
     bool const xml = GetParam() == streamModeXml;
     // An owned copy of the array: the array may go first.
-    auto* in = new TTaggedInputStream(GetParam(), Document(GetParam(), WriteEveryType), checksumOn, autoDeleteOn,
-                                      canExceptionYes);
+    auto* in = new TTaggedInputStream(
+        GetParam(), Document(GetParam(), WriteEveryType), checksumOn, autoDeleteOn, canExceptionYes);
     ASSERT_TRUE(in->IsInitialized());
     EXPECT_STREQ(in->GetFileType().c_str(), "Test");
     EXPECT_EQ(in->XmlConvert(), xml);
@@ -107,19 +102,14 @@ TEST_P(TaggedReaderModes, EveryTypeComesBack)
     in->MoveUp();
     EXPECT_EQ(in->GetValue(QUuid(), "id"), kId);
     EXPECT_EQ(in->GetBinarySize("b255"), 255);
-    EXPECT_EQ(in->GetBinary(QByteArray(), "b255"), Bytes(255));
-    EXPECT_EQ(in->GetBinary(QByteArray(), "b300"), Bytes(300));
+    EXPECT_EQ(in->GetBinary(QByteArray(), "b255"), Pattern(255));
+    EXPECT_EQ(in->GetBinary(QByteArray(), "b300"), Pattern(300));
     EXPECT_EQ(in->GetValue(0, "last"), 42);
     delete in;
 }
 
-INSTANTIATE_TEST_SUITE_P(AllModes, TaggedReaderModes,
-                         ::testing::Values(streamModePlain, streamModeRawTags, streamModeXml),
-                         [](::testing::TestParamInfo<EStreamMode> const& info) {
-                             return std::string(info.param == streamModePlain      ? "Plain"
-                                                : info.param == streamModeRawTags ? "RawTags"
-                                                                                  : "Xml");
-                         });
+INSTANTIATE_TEST_SUITE_P(
+    AllModes, TaggedReaderModes, ::testing::Values(streamModePlain, streamModeRawTags, streamModeXml), ModeName);
 
 class TaggedReaderTreeModes : public ::testing::TestWithParam<EStreamMode>
 {
@@ -177,17 +167,15 @@ TEST_P(TaggedReaderTreeModes, PathsAndForEachGroup)
         return s->size() < 2;
     };
     in.ForEachGroup(record, reinterpret_cast<unsigned long long>(&seen));
-    EXPECT_EQ(seen, (std::vector<std::string>{"b0=2", "c41=3"}));
+    EXPECT_EQ(seen, (std::vector<std::string> { "b0=2", "c41=3" }));
     EXPECT_EQ(in.GetValue(0, "x"), 1);
-    seen = {"stop at the first"};
+    seen = { "stop at the first" };
     in.ForEachGroup(record, reinterpret_cast<unsigned long long>(&seen));
     EXPECT_EQ(seen.size(), 2u);
 }
 
-INSTANTIATE_TEST_SUITE_P(TreeModes, TaggedReaderTreeModes, ::testing::Values(streamModeRawTags, streamModeXml),
-                         [](::testing::TestParamInfo<EStreamMode> const& info) {
-                             return std::string(info.param == streamModeRawTags ? "RawTags" : "Xml");
-                         });
+INSTANTIATE_TEST_SUITE_P(
+    TreeModes, TaggedReaderTreeModes, ::testing::Values(streamModeRawTags, streamModeXml), ModeName);
 
 TEST(TaggedReader, NoDocumentGivesDefaults)
 {
@@ -203,9 +191,9 @@ TEST(TaggedReader, NoDocumentGivesDefaults)
 
 TEST(TaggedReader, BinarySizeLeavesThePosition)
 {
-    for (EStreamMode mode : {streamModePlain, streamModeRawTags, streamModeXml}) {
+    for (EStreamMode mode : { streamModePlain, streamModeRawTags, streamModeXml }) {
         QByteArray const document = Document(mode, [](TTaggedOutputStream& out) {
-            out.SetBinary(Bytes(10), "b");
+            out.SetBinary(Pattern(10), "b");
             out.SetValue(9, "after");
         });
         TTaggedInputStream in(mode, document, checksumOn);
@@ -215,7 +203,7 @@ TEST(TaggedReader, BinarySizeLeavesThePosition)
         // A short buffer gets its size; a plain document moves past it all.
         char four[4];
         in.GetBinary(four, nullptr, 4, "b");
-        EXPECT_EQ(QByteArray(four, 4), Bytes(4)) << mode;
+        EXPECT_EQ(QByteArray(four, 4), Pattern(4)) << mode;
         EXPECT_EQ(in.GetValue(0, "after"), 9) << mode;
     }
 }
@@ -236,8 +224,8 @@ TEST(TaggedReader, TextOfOlderGenerations)
     EXPECT_TRUE(in.GetStringCompat("d", "narrow", "utf8", 0, &usedOld) == u"caf\u00E9");
     EXPECT_FALSE(usedOld);
     // The older text is in the local 8-bit code page.
-    EXPECT_EQ(in.GetStringCompat(QStringLiteral("d"), "narrow", "missing", 0, &usedOld),
-              QString::fromLocal8Bit("old \xE9"));
+    EXPECT_EQ(
+        in.GetStringCompat(QStringLiteral("d"), "narrow", "missing", 0, &usedOld), QString::fromLocal8Bit("old \xE9"));
     EXPECT_TRUE(usedOld);
     EXPECT_EQ(in.GetValueBS(QByteArray("x"), "utf8"), QByteArray("caf\xC3\xA9"));
 }
@@ -284,8 +272,9 @@ TEST(TaggedReader, ByteSwappedDocument)
 
 TEST(TaggedReader, XmlNamesAndTextOddities)
 {
-    char const text[] = "<?xml version=\"1.0\" encoding=\"utf-8\" ?>\r\n<Doc>\r\n\t<a-x>1</a-x>\r\n"
-                        "\t<t>tab\there</t>\r\n\t<lt>a<b</lt>\r\n\t<tag>x<y>z</tag>\r\n\t<after>5</after>\r\n</Doc>\r\n";
+    char const text[]
+        = "<?xml version=\"1.0\" encoding=\"utf-8\" ?>\r\n<Doc>\r\n\t<a-x>1</a-x>\r\n"
+          "\t<t>tab\there</t>\r\n\t<lt>a<b</lt>\r\n\t<tag>x<y>z</tag>\r\n\t<after>5</after>\r\n</Doc>\r\n";
     TTaggedInputStream in(streamModeXml, text, static_cast<int>(sizeof(text) - 1), checksumOff);
     EXPECT_STREQ(in.GetFileType().c_str(), "Doc");
     EXPECT_EQ(in.GetValue(0, "a"), 1);
@@ -315,11 +304,7 @@ TEST(TaggedReader, LookupsMatchAPlainWalk)
     TTaggedInputStream in(streamModeRawTags, document, checksumOn);
     ASSERT_TRUE(in.MoveDown("list"));
     unsigned char const* base = in.Start();
-    auto next = [&](int node) {
-        int value;
-        std::memcpy(&value, base + node, 4);
-        return value;
-    };
+    auto next = [&](int node) { return IntAt(base, node); };
     auto walk = [&](int node, std::string const& name) {
         for (; node > 0; node = next(node))
             if (name == reinterpret_cast<char const*>(base + node + base[node + 6]))
@@ -328,7 +313,7 @@ TEST(TaggedReader, LookupsMatchAPlainWalk)
     };
     int const first = next(in.GetCurrentGroup() + 12);
     TRandomizer random(5);
-    std::vector<int> seen{0};
+    std::vector<int> seen { 0 };
     for (int round = 0; round < 3000; ++round) {
         int const which = random.Get(130);
         bool const dup = which >= 120 && which < 125;

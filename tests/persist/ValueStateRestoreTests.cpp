@@ -1,3 +1,5 @@
+#include "TaggedDocuments.h"
+
 #include "persist/TSerializedData.h"
 #include "persist/ValueState.h"
 #include "persist/ValueStateRestore.h"
@@ -23,20 +25,22 @@ namespace {
 class ValueStateModes : public ::testing::TestWithParam<EStreamMode>
 {
 protected:
-    template <class Write>
-    QByteArray Document(Write write)
+    // The calls of write, then 77 as "end", to show where the restores left off.
+    template <class Write> QByteArray Ended(Write write)
     {
-        TTaggedOutputStream out(GetParam(), "V");
-        write(out);
-        out.SetValue(77, "end");
-        return out.GetAsByteArray();
+        return Document(GetParam(), [&](TTaggedOutputStream& out) {
+            write(out);
+            out.SetValue(77, "end");
+        });
     }
-    bool Xml() const { return GetParam() == streamModeXml; }
 };
 
-std::string ModeName(::testing::TestParamInfo<EStreamMode> const& info)
+// Restores into a fresh value, which must then equal expected.
+template <class T, class Restore> void ExpectRestored(T const& expected, Restore restore)
 {
-    return info.param == streamModePlain ? "Plain" : info.param == streamModeRawTags ? "RawTags" : "Xml";
+    T value {};
+    EXPECT_TRUE(restore(value));
+    EXPECT_EQ(value, expected);
 }
 
 } // namespace
@@ -46,7 +50,7 @@ TEST_P(ValueStateModes, GeometryAndListsComeBack)
     QStringList const list{QStringLiteral("a"), QString(), QStringLiteral("\u00E9t\u00E9")};
     QMap<QString, QString> const map{{QStringLiteral("k1"), QStringLiteral("v1")},
                                      {QStringLiteral("k\u00FC"), QStringLiteral("v 2")}};
-    QByteArray const document = Document([&](TTaggedOutputStream& out) {
+    QByteArray const document = Ended([&](TTaggedOutputStream& out) {
         WriteState(QRect(QPoint(-3, 4), QPoint(10, 20)), out, 0, "rect", 0);
         WriteState_QSize(QSize(640, 480), out, 0, "size", 1);
         WriteState_QPoint(QPoint(-1, 2), out, 0, "point", 0);
@@ -56,16 +60,10 @@ TEST_P(ValueStateModes, GeometryAndListsComeBack)
     });
     TTaggedInputStream in(GetParam(), document, checksumOn);
     int const group = in.GetCurrentGroup();
-    QRect rect;
-    EXPECT_TRUE(RestoreState(rect, in, 0, "rect", 0));
-    EXPECT_EQ(rect, QRect(QPoint(-3, 4), QPoint(10, 20)));
-    QSize size;
-    EXPECT_TRUE(RestoreState_QSize(size, in, 0, "size", 1));
-    EXPECT_EQ(size, QSize(640, 480));
-    QPoint point;
-    EXPECT_TRUE(RestoreState_QPoint(point, in, 0, "point", 0));
-    EXPECT_EQ(point, QPoint(-1, 2));
-    QStringList restored{QStringLiteral("old")};
+    ExpectRestored(QRect(QPoint(-3, 4), QPoint(10, 20)), [&](QRect& v) { return RestoreState(v, in, 0, "rect", 0); });
+    ExpectRestored(QSize(640, 480), [&](QSize& v) { return RestoreState_QSize(v, in, 0, "size", 1); });
+    ExpectRestored(QPoint(-1, 2), [&](QPoint& v) { return RestoreState_QPoint(v, in, 0, "point", 0); });
+    QStringList restored { QStringLiteral("old") }; // replaced, not added to
     EXPECT_TRUE(RestoreState(restored, in, 0, "list", 0));
     EXPECT_EQ(restored, list);
     EXPECT_EQ(RestoreMapStringStringList(in, 0, "map", 0), map);
@@ -84,7 +82,7 @@ TEST_P(ValueStateModes, SingleValuesAndCarriers)
     TSerializedData const data(3, 9, QUuid::fromString(QStringLiteral("{0c2b3a44-7d7f-4f8b-9a51-0d3c2b1a0f99}")),
                                QByteArray("\x00\x01opaque", 8));
     TStringEx<char16_t> const ex(u"caf\u00E9", -42);
-    QByteArray const document = Document([&](TTaggedOutputStream& out) {
+    QByteArray const document = Ended([&](TTaggedOutputStream& out) {
         WriteState(true, out, 0, "b", 0);
         WriteState(-12, out, 0, "i", 0);
         WriteState(0.1, out, 0, "d", 0);
@@ -98,21 +96,11 @@ TEST_P(ValueStateModes, SingleValuesAndCarriers)
         ex.WriteState(out, 0, "ex", 0);
     });
     TTaggedInputStream in(GetParam(), document, checksumOn);
-    bool b = false;
-    int i = 0;
-    double d = 0;
-    EXPECT_TRUE(RestoreState(b, in, 0, "b", 0));
-    EXPECT_TRUE(RestoreState(i, in, 0, "i", 0));
-    EXPECT_TRUE(RestoreState(d, in, 0, "d", 0));
-    EXPECT_TRUE(b);
-    EXPECT_EQ(i, -12);
-    EXPECT_EQ(d, 0.1);
-    QString q;
-    EXPECT_TRUE(RestoreState_QString(q, in, 0, "q", 0));
-    EXPECT_EQ(q, QStringLiteral("\u4E2D text"));
-    QByteArray bytes;
-    EXPECT_TRUE(RestoreState_QByteArray(bytes, in, 0, "ba", 0));
-    EXPECT_EQ(bytes, QByteArray("bytes"));
+    ExpectRestored(true, [&](bool& v) { return RestoreState(v, in, 0, "b", 0); });
+    ExpectRestored(-12, [&](int& v) { return RestoreState(v, in, 0, "i", 0); });
+    ExpectRestored(0.1, [&](double& v) { return RestoreState(v, in, 0, "d", 0); });
+    ExpectRestored(QStringLiteral("\u4E2D text"), [&](QString& v) { return RestoreState_QString(v, in, 0, "q", 0); });
+    ExpectRestored(QByteArray("bytes"), [&](QByteArray& v) { return RestoreState_QByteArray(v, in, 0, "ba", 0); });
     QDateTime restoredWhen;
     EXPECT_TRUE(RestoreState(restoredWhen, in, 0, "when", 0));
     EXPECT_EQ(restoredWhen, when);
@@ -120,11 +108,9 @@ TEST_P(ValueStateModes, SingleValuesAndCarriers)
     QVariant variant;
     EXPECT_TRUE(RestoreState_QVariant(variant, in, 0, "var", 0));
     // XML keeps the text only.
-    EXPECT_EQ(variant.type(), Xml() ? QVariant::String : QVariant::Int);
+    EXPECT_EQ(variant.type(), GetParam() == streamModeXml ? QVariant::String : QVariant::Int);
     EXPECT_EQ(variant.toInt(), 42);
-    TSerializedData restoredData;
-    EXPECT_TRUE(restoredData.RestoreState(in, 0, "data", 0));
-    EXPECT_EQ(restoredData, data);
+    ExpectRestored(data, [&](TSerializedData& v) { return v.RestoreState(in, 0, "data", 0); });
     TString<char> narrow;
     EXPECT_TRUE(narrow.RestoreState(in, 0, "ns", 0));
     EXPECT_STREQ(narrow.c_str(), "narrow");

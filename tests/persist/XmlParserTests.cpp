@@ -1,3 +1,5 @@
+#include "TaggedDocuments.h"
+
 #include "math/MemoryAlloc.h"
 #include "persist/TTaggedInputStream.h"
 #include "persist/TTaggedOutputStream.h"
@@ -97,28 +99,20 @@ TEST(XmlParser, DeclarationsCommentsAndTheEndOfTheScan)
     EXPECT_EQ(TRecorder("no tags at all").Run(), TEvents{});
 }
 
-namespace {
-
-QByteArray XmlDocument(void (*write)(TTaggedOutputStream&))
-{
-    TTaggedOutputStream out(streamModeXml, "Doc");
-    write(out);
-    return out.GetAsByteArray();
-}
-
-} // namespace
-
 TEST(XmlParserForTagStream, EmptyElementsVanishAndShiftWhatFollows)
 {
-    QByteArray const xml = XmlDocument([](TTaggedOutputStream& out) {
-        out.MoveDown("g");
-        out.SetValue(1, "a");
-        out.SetValue("", "middle");
-        out.SetValue(2, "b");
-        out.SetValue("", "last");
-        out.MoveUp();
-        out.SetValue(5, "after");
-    });
+    QByteArray const xml = Document(
+        streamModeXml,
+        [](TTaggedOutputStream& out) {
+            out.MoveDown("g");
+            out.SetValue(1, "a");
+            out.SetValue("", "middle");
+            out.SetValue(2, "b");
+            out.SetValue("", "last");
+            out.MoveUp();
+            out.SetValue(5, "after");
+        },
+        "Doc");
     TTaggedInputStream in(streamModeXml, xml, checksumOn);
     ASSERT_TRUE(in.IsInitialized());
     EXPECT_FALSE(in.ExistKey("after", 0, 0));
@@ -132,14 +126,17 @@ TEST(XmlParserForTagStream, EmptyElementsVanishAndShiftWhatFollows)
 
 TEST(XmlParserForTagStream, RepeatedGroupsMergeAndTheBlockIsAValidDocument)
 {
-    QByteArray const xml = XmlDocument([](TTaggedOutputStream& out) {
-        out.MoveDown("g");
-        out.SetValue(1, "a");
-        out.MoveUp();
-        out.MoveDown("g");
-        out.SetValue(2, "b");
-        out.MoveUp();
-    });
+    QByteArray const xml = Document(
+        streamModeXml,
+        [](TTaggedOutputStream& out) {
+            out.MoveDown("g");
+            out.SetValue(1, "a");
+            out.MoveUp();
+            out.MoveDown("g");
+            out.SetValue(2, "b");
+            out.MoveUp();
+        },
+        "Doc");
     TXmlParserForTagStream parser(xml.constData(), xml.size());
     parser.Execute();
     unsigned int size = 0;
