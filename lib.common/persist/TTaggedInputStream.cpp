@@ -10,6 +10,7 @@
 #include "persist/DecimalText.h"
 #include "persist/TNodeFinder.h"
 #include "persist/TXmlParserForTagStream.h"
+#include "persist/TaggedNodeWalk.h"
 #include "text/TRegExpr.h"
 
 #include <QByteArray>
@@ -360,30 +361,7 @@ char const* TTaggedInputStream::GetFormattedTag(char const* tag) const
 
 int TTaggedInputStream::Walk(int node, char const* name, int length, unsigned int limit, bool* more) const
 {
-    unsigned char const* base = m_input.Start();
-    unsigned int const size = m_input.Size();
-    uint32_t word = 0;
-    std::memcpy(&word, name, length < 4 ? static_cast<size_t>(length) : 4);
-    *more = false;
-    for (; node > 0; --limit) {
-        if (limit == 0) {
-            *more = true;
-            return 0;
-        }
-        auto const at = static_cast<unsigned int>(node);
-        if (at % 4 != 0 || at + kSmallHead > size)
-            return 0;
-        unsigned int const nameAt = at + base[at + kNodeNameOffset];
-        if (nameAt + 4 <= size) {
-            uint32_t nodeWord;
-            std::memcpy(&nodeWord, base + nameAt, 4);
-            if (nodeWord == word && nameAt + static_cast<unsigned>(length) < size
-                && std::memcmp(base + nameAt, name, static_cast<size_t>(length)) == 0 && base[nameAt + length] == 0)
-                return node;
-        }
-        node = IntAt(base + at + kNodeNext);
-    }
-    return 0;
+    return WalkToName(m_input.Start(), m_input.Size(), node, name, length, limit, more);
 }
 
 int TTaggedInputStream::SearchIndexed(int start, bool wrap, char const* name, int length) const
@@ -412,16 +390,9 @@ int TTaggedInputStream::Search(char const* tag, int index, int hintMode) const
     unsigned int const size = m_input.Size();
     if (!UseRawTags() || m_currentGroup <= 0 || !tag || static_cast<unsigned>(m_currentGroup) + kGroupHead > size)
         return 0;
-    char buffer[kMaxIndexedTag + 16];
-    char const* name = tag;
-    int length;
-    if (index != 0) {
-        length = SpellIndexedName(tag, index, buffer);
-        buffer[length] = 0;
-        name = buffer;
-    } else {
-        length = static_cast<int>(std::strlen(tag));
-    }
+    TLookupName const lookup(tag, index);
+    char const* name = lookup.Text();
+    int const length = lookup.Length();
     int const firstChild = IntAt(m_input.Start() + m_currentGroup + kGroupFirstChild);
     bool const hinted = hintMode != 0 && m_currentGroup == m_lastGroup && m_lastFound > 0
                         && static_cast<unsigned>(m_lastFound) + kSmallHead <= size;
@@ -563,26 +534,38 @@ long long TTaggedInputStream::ReadDecimal()
     return ParseDecimal(copy.c_str());
 }
 
+// In XML a number is decimal text, a floating point value the Base64 of its
+// bytes.
 template <class T>
 T TTaggedInputStream::GetNumber(T def, char const* tag, int index)
 {
     if (!IsValid())
         return def;
     if (m_xmlConvert) {
-        // A missing value gives the default's own decimal text back, so the
-        // default is returned without the trip through text.
+        // A missing value gives the default's own text back, so the default
+        // is returned without the trip through text.
         char const* formatted = GetFormattedTag(tag);
         m_xmlConvert = false;
-        int node;
-        bool const found = MoveToDataStart(formatted, index, &node) != nullptr;
+        bool const found = MoveToDataStart(formatted, index, nullptr) != nullptr;
         m_xmlConvert = true;
         if (!found)
             return def;
-        long long const value = ReadDecimal();
-        if constexpr (std::is_same_v<T, bool>)
-            return value != 0;
-        else
-            return static_cast<T>(static_cast<TStored<T>>(value));
+        if constexpr (std::is_floating_point_v<T>) {
+            TString<char> text;
+            m_input.ReadString(text);
+            TComposeBuffer bytes(static_cast<unsigned>(Base64DecodedMaxSize(text.GetLength())) + sizeof(T));
+            std::memset(bytes.Data(), 0, sizeof(T));
+            DecodeBase64(text.c_str(), bytes.Data());
+            T value;
+            std::memcpy(&value, bytes.Data(), sizeof(T));
+            return value;
+        } else {
+            long long const value = ReadDecimal();
+            if constexpr (std::is_same_v<T, bool>)
+                return value != 0;
+            else
+                return static_cast<T>(static_cast<TStored<T>>(value));
+        }
     }
     if (UseRawTags() && !MoveToDataStart(tag, index, nullptr))
         return def;
@@ -594,34 +577,6 @@ T TTaggedInputStream::GetNumber(T def, char const* tag, int index)
     } else {
         m_input.Read(&value, 1);
     }
-    return value;
-}
-
-template <class T>
-T TTaggedInputStream::GetFloat(T def, char const* tag, int index)
-{
-    if (!IsValid())
-        return def;
-    if (m_xmlConvert) {
-        char const* formatted = GetFormattedTag(tag);
-        m_xmlConvert = false;
-        bool const found = MoveToDataStart(formatted, index, nullptr) != nullptr;
-        m_xmlConvert = true;
-        if (!found)
-            return def;
-        TString<char> text;
-        m_input.ReadString(text);
-        TComposeBuffer bytes(static_cast<unsigned>(Base64DecodedMaxSize(text.GetLength())) + sizeof(T));
-        std::memset(bytes.Data(), 0, sizeof(T));
-        DecodeBase64(text.c_str(), bytes.Data());
-        T value;
-        std::memcpy(&value, bytes.Data(), sizeof(T));
-        return value;
-    }
-    if (UseRawTags() && !MoveToDataStart(tag, index, nullptr))
-        return def;
-    T value;
-    m_input.Read(&value, 1);
     return value;
 }
 
@@ -687,12 +642,12 @@ unsigned long long TTaggedInputStream::GetValue(unsigned long long def, char con
 
 float TTaggedInputStream::GetValue(float def, char const* tag, int index)
 {
-    return GetFloat(def, tag, index);
+    return GetNumber(def, tag, index);
 }
 
 double TTaggedInputStream::GetValue(double def, char const* tag, int index)
 {
-    return GetFloat(def, tag, index);
+    return GetNumber(def, tag, index);
 }
 
 TString<char> TTaggedInputStream::GetValueA(char const* def, char const* tag, int index)

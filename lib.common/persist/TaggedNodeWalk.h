@@ -1,0 +1,68 @@
+#pragma once
+
+// Library-internal: what the lookups of the tagged writer and reader share,
+// the spelling of the name they look for and the walk along sibling links.
+
+#include "persist/TTaggedStream.h"
+
+#include <cstdint>
+#include <cstring>
+
+// The name a lookup searches for: the tag as it is for index 0, else the tag
+// cut to kMaxIndexedTag characters and the decimal index.
+class TLookupName
+{
+public:
+    TLookupName(char const* tag, int index)
+    {
+        if (index == 0) {
+            m_text = tag;
+            m_length = static_cast<int>(std::strlen(tag));
+            return;
+        }
+        m_length = TTaggedStream::SpellIndexedName(tag, index, m_buffer);
+        m_buffer[m_length] = 0;
+        m_text = m_buffer;
+    }
+    // The text may lie in the buffer.
+    TLookupName(TLookupName const&) = delete;
+    TLookupName& operator=(TLookupName const&) = delete;
+
+    char const* Text() const { return m_text; }
+    int Length() const { return m_length; }
+
+private:
+    char m_buffer[TTaggedStream::kMaxIndexedTag + 16];
+    char const* m_text;
+    int m_length;
+};
+
+// The first node named name (length bytes and a zero) along the next links
+// from node, or 0. A link off the 4-byte grid or out of the size bytes ends
+// the walk with 0, and so does the limit of steps, which also sets *more.
+inline int WalkToName(unsigned char const* base, unsigned int size, int node, char const* name, int length,
+                      unsigned int limit, bool* more)
+{
+    uint32_t word = 0;
+    std::memcpy(&word, name, length < 4 ? static_cast<size_t>(length) : 4);
+    *more = false;
+    for (; node > 0; --limit) {
+        if (limit == 0) {
+            *more = true;
+            return 0;
+        }
+        auto const at = static_cast<unsigned int>(node);
+        if (at % 4 != 0 || at + 8 > size)
+            return 0;
+        unsigned int const nameAt = at + base[at + TTaggedStream::kNodeNameOffset];
+        if (nameAt + 4 <= size) {
+            uint32_t nodeWord;
+            std::memcpy(&nodeWord, base + nameAt, 4);
+            if (nodeWord == word && nameAt + static_cast<unsigned>(length) < size
+                && std::memcmp(base + nameAt, name, static_cast<size_t>(length)) == 0 && base[nameAt + length] == 0)
+                return node;
+        }
+        std::memcpy(&node, base + at + TTaggedStream::kNodeNext, 4);
+    }
+    return 0;
+}
