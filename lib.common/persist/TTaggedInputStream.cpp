@@ -359,7 +359,10 @@ char const* TTaggedInputStream::GetFormattedTag(char const* tag) const
     return m_formattedTag.c_str();
 }
 
-int TTaggedInputStream::Walk(int node, char const* name, int length, unsigned int limit, bool* more) const
+// Out of line, so that the search around it stays small enough to be
+// inlined where values are read.
+__attribute__((noinline)) int TTaggedInputStream::Walk(int node, char const* name, int length, unsigned int limit,
+                                                       bool* more) const
 {
     return WalkToName(m_input.Start(), m_input.Size(), node, name, length, limit, more);
 }
@@ -425,36 +428,17 @@ bool TTaggedInputStream::MoveDown(char const* tag, int index)
     tag = GetFormattedTag(tag);
     if (!UseRawTags())
         return true;
-    if (!std::strchr(tag, '/')) {
-        int const found = Search(tag, index, 1);
+    auto const enter = [this](char const* name, int step) {
+        int const found = Search(name, step, 1);
         if (found == 0)
             return false;
         m_currentGroup = found;
         return true;
-    }
+    };
+    if (!std::strchr(tag, '/'))
+        return enter(tag, index);
     TString<char> const path(tag);
-    char const* piece = path.c_str();
-    if (*piece == '/') {
-        m_currentGroup = m_root;
-        ++piece;
-    }
-    while (*piece) {
-        char const* slash = std::strchr(piece, '/');
-        size_t const length = slash ? static_cast<size_t>(slash - piece) : std::strlen(piece);
-        // Empty pieces ("a//b", "a/") name no group, as in writing.
-        if (length > 0) {
-            bool const last = !slash || slash[1 + std::strspn(slash + 1, "/")] == 0;
-            TString<char> const name(piece, length_t(static_cast<unsigned>(length)));
-            int const found = Search(name.c_str(), last ? index : 0, 1);
-            if (found == 0)
-                return false;
-            m_currentGroup = found;
-        }
-        if (!slash)
-            break;
-        piece = slash + 1;
-    }
-    return true;
+    return WalkGroupPath(path.c_str(), index, m_currentGroup, m_root, enter);
 }
 
 void TTaggedInputStream::MoveUp()

@@ -554,23 +554,10 @@ int TTaggedOutputStream::FindChildForMoveDown(char const* tag, int index)
 
 void TTaggedOutputStream::MoveDownPath(char const* path, int index)
 {
-    if (*path == '/') {
-        m_currentGroup = m_root;
-        ++path;
-    }
-    while (*path) {
-        char const* slash = std::strchr(path, '/');
-        size_t const length = slash ? static_cast<size_t>(slash - path) : std::strlen(path);
-        // Empty pieces ("a//b", "a/") name no group.
-        if (length > 0) {
-            bool const last = !slash || slash[1 + std::strspn(slash + 1, "/")] == 0;
-            TString<char> const piece(path, length_t(static_cast<unsigned>(length)));
-            MoveDown(piece.c_str(), last ? index : 0);
-        }
-        if (!slash)
-            break;
-        path = slash + 1;
-    }
+    WalkGroupPath(path, index, m_currentGroup, m_root, [this](char const* name, int step) {
+        MoveDown(name, step);
+        return true;
+    });
 }
 
 void TTaggedOutputStream::MoveUp()

@@ -9,6 +9,7 @@
 
 #include <atomic>
 #include <mutex>
+#include <type_traits>
 
 #define PCRE2_CODE_UNIT_WIDTH 0
 #include <pcre2.h>
@@ -201,7 +202,7 @@ struct TRegex::TCode
     }
 
     template <class T>
-    TString<T> const& Pattern() const
+    TString<T>& Pattern()
     {
         if constexpr (std::is_same_v<T, char>)
             return m_narrowPattern;
@@ -228,6 +229,25 @@ struct TRegex::TCode
         if (first)
             m_captureCount = TPcre<T>::Info(code, PCRE2_INFO_CAPTURECOUNT);
         return code;
+    }
+
+    // The compile that decides validity, for the width the pattern came in;
+    // the pattern is kept in the other width for later.
+    template <class T>
+    bool CompileFirst(T const* pattern)
+    {
+        using TOther = std::conditional_t<std::is_same_v<T, char>, char16_t, char>;
+        if (!pattern) {
+            m_error = QStringLiteral("No pattern");
+            return false;
+        }
+        Pattern<T>() = TString<T>(pattern);
+        Pattern<TOther>() = TString<TOther>(Pattern<T>());
+        Tried<T>() = true;
+        typename TPcre<T>::Code* code = CompileFor<T>(true);
+        Slot<T>().store(code, std::memory_order_release);
+        m_valid = code != nullptr;
+        return m_valid;
     }
 
     template <class T>
@@ -308,17 +328,7 @@ bool TRegex::Compile(char const* pattern, unsigned options)
     Release();
     m_code = new TCode;
     m_code->m_options = options;
-    if (!pattern) {
-        m_code->m_error = QStringLiteral("No pattern");
-        return false;
-    }
-    m_code->m_narrowPattern = TString<char>(pattern);
-    m_code->m_widePattern = TString<char16_t>(m_code->m_narrowPattern);
-    m_code->m_narrowTried = true;
-    pcre2_code_8* code = m_code->CompileFor<char>(true);
-    m_code->m_narrow.store(code, std::memory_order_release);
-    m_code->m_valid = code != nullptr;
-    return m_code->m_valid;
+    return m_code->CompileFirst(pattern);
 }
 
 bool TRegex::Compile(char16_t const* pattern, unsigned options)
@@ -326,17 +336,7 @@ bool TRegex::Compile(char16_t const* pattern, unsigned options)
     Release();
     m_code = new TCode;
     m_code->m_options = options;
-    if (!pattern) {
-        m_code->m_error = QStringLiteral("No pattern");
-        return false;
-    }
-    m_code->m_widePattern = TString<char16_t>(pattern);
-    m_code->m_narrowPattern = TString<char>(m_code->m_widePattern);
-    m_code->m_wideTried = true;
-    pcre2_code_16* code = m_code->CompileFor<char16_t>(true);
-    m_code->m_wide.store(code, std::memory_order_release);
-    m_code->m_valid = code != nullptr;
-    return m_code->m_valid;
+    return m_code->CompileFirst(pattern);
 }
 
 bool TRegex::IsValid() const
