@@ -359,10 +359,35 @@ char const* TTaggedInputStream::GetFormattedTag(char const* tag) const
     return m_formattedTag.c_str();
 }
 
-// Out of line, so that the search around it stays small enough to be
-// inlined where values are read.
-__attribute__((noinline)) int TTaggedInputStream::Walk(int node, char const* name, int length, unsigned int limit,
-                                                       bool* more) const
+// Here, beside its busiest caller, which it is specialised for.
+int WalkToName(unsigned char const* base, unsigned int size, int node, char const* name, int length,
+               unsigned int limit, bool* more)
+{
+    uint32_t word = 0;
+    std::memcpy(&word, name, length < 4 ? static_cast<size_t>(length) : 4);
+    *more = false;
+    for (; node > 0; --limit) {
+        if (limit == 0) {
+            *more = true;
+            return 0;
+        }
+        auto const at = static_cast<unsigned int>(node);
+        if (at % 4 != 0 || at + 8 > size)
+            return 0;
+        unsigned int const nameAt = at + base[at + TTaggedStream::kNodeNameOffset];
+        if (nameAt + 4 <= size) {
+            uint32_t nodeWord;
+            std::memcpy(&nodeWord, base + nameAt, 4);
+            if (nodeWord == word && nameAt + static_cast<unsigned>(length) < size
+                && std::memcmp(base + nameAt, name, static_cast<size_t>(length)) == 0 && base[nameAt + length] == 0)
+                return node;
+        }
+        std::memcpy(&node, base + at + TTaggedStream::kNodeNext, 4);
+    }
+    return 0;
+}
+
+int TTaggedInputStream::Walk(int node, char const* name, int length, unsigned int limit, bool* more) const
 {
     return WalkToName(m_input.Start(), m_input.Size(), node, name, length, limit, more);
 }
