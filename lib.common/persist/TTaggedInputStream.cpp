@@ -546,7 +546,7 @@ long long TTaggedInputStream::ReadDecimal()
 // In XML a number is decimal text, a floating point value the Base64 of its
 // bytes.
 template <class T>
-T TTaggedInputStream::GetNumber(T def, char const* tag, int index)
+inline T TTaggedInputStream::GetNumber(T def, char const* tag, int index)
 {
     if (!IsValid())
         return def;

@@ -54,6 +54,11 @@ COMMON_PCRE2_WIDTH(char, 8)
 COMMON_PCRE2_WIDTH(char16_t, 16)
 #undef COMMON_PCRE2_WIDTH
 
+QString NoPatternMessage()
+{
+    return QStringLiteral("No pattern");
+}
+
 // The messages are the same ASCII text for either width.
 QString PcreErrorText(int error)
 {
@@ -238,7 +243,7 @@ struct TRegex::TCode
     {
         using TOther = std::conditional_t<std::is_same_v<T, char>, char16_t, char>;
         if (!pattern) {
-            m_error = QStringLiteral("No pattern");
+            m_error = NoPatternMessage();
             return false;
         }
         Pattern<T>() = TString<T>(pattern);
@@ -466,7 +471,7 @@ private:
 
 // The groups go straight from the match data into match.
 template <class T>
-bool TRegex::MatchText(T const* text, TRegexMatch* match, int start, int length) const
+inline bool TRegex::MatchText(T const* text, TRegexMatch* match, int start, int length) const
 {
     if (match)
         match->Clear();
