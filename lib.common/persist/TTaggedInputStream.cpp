@@ -359,7 +359,8 @@ char const* TTaggedInputStream::GetFormattedTag(char const* tag) const
     return m_formattedTag.c_str();
 }
 
-// Here, beside its busiest caller, which it is specialised for.
+// Here, beside its busiest caller, so that the compiler can tailor it to
+// the short walks of the search.
 int WalkToName(unsigned char const* base, unsigned int size, int node, char const* name, int length,
                unsigned int limit, bool* more)
 {
