@@ -1,9 +1,33 @@
 #include "core/TDoubleList.h"
 
+#include "core/OrderSearch.h"
 #include "math/TRandomizer.h"
 
 #include <utility>
 
+namespace {
+
+TListElement* const kNoElement = nullptr;
+
+TListElement* NextOf(TListElement* e)
+{
+    return e->next;
+}
+
+struct TByOrder
+{
+    long long mode;
+    int operator()(TListElement const* a, TListElement const* b) const { return a->Compare(*b, mode); }
+};
+
+struct TToTarget
+{
+    TListElement const& target;
+    long long mode;
+    int operator()(TListElement const* e) const { return e->Compare(target, mode); }
+};
+
+} // namespace
 
 TDoubleList::TDoubleList(EAutoDelete autoDelete, TObjectFactory factory)
     : TCollection(autoDelete, factory)
@@ -282,64 +306,36 @@ int TDoubleList::FindIndexOfElement(TListElement const* e) const
 
 TListElement* TDoubleList::FindSmallest() const
 {
-    TListElement* best = m_first;
-    for (TListElement* x = best ? best->next : nullptr; x; x = x->next)
-        if (x->Compare(*best, m_compareMode) < 0)
-            best = x;
-    return best;
+    return FindExtreme(m_first, kNoElement, NextOf, -1, TByOrder{m_compareMode});
 }
 
 TListElement* TDoubleList::FindGreatest() const
 {
-    TListElement* best = m_first;
-    for (TListElement* x = best ? best->next : nullptr; x; x = x->next)
-        if (x->Compare(*best, m_compareMode) > 0)
-            best = x;
-    return best;
+    return FindExtreme(m_first, kNoElement, NextOf, 1, TByOrder{m_compareMode});
 }
 
 TListElement* TDoubleList::FindClosestSmaller(TListElement const& target) const
 {
-    TListElement* best = nullptr;
-    for (TListElement* x = m_first; x; x = x->next)
-        if (x->Compare(target, m_compareMode) < 0 && (!best || x->Compare(*best, m_compareMode) > 0))
-            best = x;
-    return best;
+    return FindClosest(m_first, kNoElement, NextOf, -1, false, TToTarget{target, m_compareMode},
+                       TByOrder{m_compareMode});
 }
 
 TListElement* TDoubleList::FindEqualOrSmaller(TListElement const& target) const
 {
-    TListElement* best = nullptr;
-    for (TListElement* x = m_first; x; x = x->next) {
-        int const order = x->Compare(target, m_compareMode);
-        if (order == 0)
-            return x;
-        if (order < 0 && (!best || x->Compare(*best, m_compareMode) > 0))
-            best = x;
-    }
-    return best;
+    return FindClosest(m_first, kNoElement, NextOf, -1, true, TToTarget{target, m_compareMode},
+                       TByOrder{m_compareMode});
 }
 
 TListElement* TDoubleList::FindClosestGreater(TListElement const& target) const
 {
-    TListElement* best = nullptr;
-    for (TListElement* x = m_first; x; x = x->next)
-        if (x->Compare(target, m_compareMode) > 0 && (!best || x->Compare(*best, m_compareMode) < 0))
-            best = x;
-    return best;
+    return FindClosest(m_first, kNoElement, NextOf, 1, false, TToTarget{target, m_compareMode},
+                       TByOrder{m_compareMode});
 }
 
 TListElement* TDoubleList::FindEqualOrGreater(TListElement const& target) const
 {
-    TListElement* best = nullptr;
-    for (TListElement* x = m_first; x; x = x->next) {
-        int const order = x->Compare(target, m_compareMode);
-        if (order == 0)
-            return x;
-        if (order > 0 && (!best || x->Compare(*best, m_compareMode) < 0))
-            best = x;
-    }
-    return best;
+    return FindClosest(m_first, kNoElement, NextOf, 1, true, TToTarget{target, m_compareMode},
+                       TByOrder{m_compareMode});
 }
 
 TListElement* TDoubleList::FindFirstThat(TPredicate predicate, void* data) const
@@ -421,15 +417,8 @@ void TDoubleList::Split(TDoubleList& other, TListElement* e)
         ++kept;
     if (!x)
         return;
-    other.m_first = e;
-    other.m_last = m_last;
+    Chain().MoveTailTo(e, other.Chain());
     other.m_count = m_count - kept;
-    m_last = e->prev;
-    if (m_last)
-        m_last->next = nullptr;
-    else
-        m_first = nullptr;
-    e->prev = nullptr;
     m_count = kept;
 }
 
@@ -443,18 +432,12 @@ void TDoubleList::SwapWith(TDoubleList& other)
 
 bool TDoubleList::IsSorted() const
 {
-    for (TListElement* x = m_first; x && x->next; x = x->next)
-        if (x->Compare(*x->next, m_compareMode) > 0)
-            return false;
-    return true;
+    return IsInOrder(m_first, kNoElement, NextOf, 1, TByOrder{m_compareMode});
 }
 
 bool TDoubleList::IsSortedBackwards() const
 {
-    for (TListElement* x = m_first; x && x->next; x = x->next)
-        if (x->Compare(*x->next, m_compareMode) < 0)
-            return false;
-    return true;
+    return IsInOrder(m_first, kNoElement, NextOf, -1, TByOrder{m_compareMode});
 }
 
 int TDoubleList::CountWritableElements(long long context) const

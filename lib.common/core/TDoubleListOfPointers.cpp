@@ -1,9 +1,26 @@
 #include "core/TDoubleListOfPointers.h"
 
+#include "core/OrderSearch.h"
 #include "math/MemoryAlloc.h"
 #include "math/TRandomizer.h"
 
 #include <utility>
+
+namespace {
+
+TListNode* const kNoNode = nullptr;
+
+TListNode* NextOf(TListNode* node)
+{
+    return node->next;
+}
+
+void* DataOf(TListNode const* node)
+{
+    return node ? node->data : nullptr;
+}
+
+} // namespace
 
 TListOfPointersIteratorImp::TListOfPointersIteratorImp(TDoubleListOfPointers const& list, bool fromEnd)
     : m_node(fromEnd ? list.GetLastNode() : list.GetFirstNode())
@@ -337,66 +354,46 @@ int TDoubleListOfPointers::FindIndexOfElement(void const* e) const
     return -1;
 }
 
+// The searches by order compare with the list's comparer: node with node,
+// and node with target.
 void* TDoubleListOfPointers::FindSmallest() const
 {
-    TListNode* best = m_first;
-    for (TListNode* node = best ? best->next : nullptr; node; node = node->next)
-        if (ComparePointers(node->data, best->data) < 0)
-            best = node;
-    return best ? best->data : nullptr;
+    auto const order = [this](TListNode* a, TListNode* b) { return ComparePointers(a->data, b->data); };
+    return DataOf(FindExtreme(m_first, kNoNode, NextOf, -1, order));
 }
 
 void* TDoubleListOfPointers::FindGreatest() const
 {
-    TListNode* best = m_first;
-    for (TListNode* node = best ? best->next : nullptr; node; node = node->next)
-        if (ComparePointers(node->data, best->data) > 0)
-            best = node;
-    return best ? best->data : nullptr;
+    auto const order = [this](TListNode* a, TListNode* b) { return ComparePointers(a->data, b->data); };
+    return DataOf(FindExtreme(m_first, kNoNode, NextOf, 1, order));
 }
 
 void* TDoubleListOfPointers::FindClosestSmaller(void const* target) const
 {
-    TListNode* best = nullptr;
-    for (TListNode* node = m_first; node; node = node->next)
-        if (ComparePointers(node->data, target) < 0 && (!best || ComparePointers(node->data, best->data) > 0))
-            best = node;
-    return best ? best->data : nullptr;
+    auto const order = [this](TListNode* a, TListNode* b) { return ComparePointers(a->data, b->data); };
+    auto const toTarget = [this, target](TListNode* node) { return ComparePointers(node->data, target); };
+    return DataOf(FindClosest(m_first, kNoNode, NextOf, -1, false, toTarget, order));
 }
 
 void* TDoubleListOfPointers::FindEqualOrSmaller(void const* target) const
 {
-    TListNode* best = nullptr;
-    for (TListNode* node = m_first; node; node = node->next) {
-        int const order = ComparePointers(node->data, target);
-        if (order == 0)
-            return node->data;
-        if (order < 0 && (!best || ComparePointers(node->data, best->data) > 0))
-            best = node;
-    }
-    return best ? best->data : nullptr;
+    auto const order = [this](TListNode* a, TListNode* b) { return ComparePointers(a->data, b->data); };
+    auto const toTarget = [this, target](TListNode* node) { return ComparePointers(node->data, target); };
+    return DataOf(FindClosest(m_first, kNoNode, NextOf, -1, true, toTarget, order));
 }
 
 void* TDoubleListOfPointers::FindClosestGreater(void const* target) const
 {
-    TListNode* best = nullptr;
-    for (TListNode* node = m_first; node; node = node->next)
-        if (ComparePointers(node->data, target) > 0 && (!best || ComparePointers(node->data, best->data) < 0))
-            best = node;
-    return best ? best->data : nullptr;
+    auto const order = [this](TListNode* a, TListNode* b) { return ComparePointers(a->data, b->data); };
+    auto const toTarget = [this, target](TListNode* node) { return ComparePointers(node->data, target); };
+    return DataOf(FindClosest(m_first, kNoNode, NextOf, 1, false, toTarget, order));
 }
 
 void* TDoubleListOfPointers::FindEqualOrGreater(void const* target) const
 {
-    TListNode* best = nullptr;
-    for (TListNode* node = m_first; node; node = node->next) {
-        int const order = ComparePointers(node->data, target);
-        if (order == 0)
-            return node->data;
-        if (order > 0 && (!best || ComparePointers(node->data, best->data) < 0))
-            best = node;
-    }
-    return best ? best->data : nullptr;
+    auto const order = [this](TListNode* a, TListNode* b) { return ComparePointers(a->data, b->data); };
+    auto const toTarget = [this, target](TListNode* node) { return ComparePointers(node->data, target); };
+    return DataOf(FindClosest(m_first, kNoNode, NextOf, 1, true, toTarget, order));
 }
 
 void* TDoubleListOfPointers::FindFirstThat(TPredicate predicate, void* data) const
@@ -486,15 +483,8 @@ void TDoubleListOfPointers::Split(TDoubleListOfPointers& other, void const* e)
         ++kept;
     if (!node)
         return;
-    other.m_first = node;
-    other.m_last = m_last;
+    Chain().MoveTailTo(node, other.Chain());
     other.m_count = m_count - kept;
-    m_last = node->prev;
-    if (m_last)
-        m_last->next = nullptr;
-    else
-        m_first = nullptr;
-    node->prev = nullptr;
     m_count = kept;
 }
 
@@ -507,16 +497,12 @@ void TDoubleListOfPointers::SwapWith(TDoubleListOfPointers& other)
 
 bool TDoubleListOfPointers::IsSorted() const
 {
-    for (TListNode* node = m_first; node && node->next; node = node->next)
-        if (ComparePointers(node->data, node->next->data) > 0)
-            return false;
-    return true;
+    auto const order = [this](TListNode* a, TListNode* b) { return ComparePointers(a->data, b->data); };
+    return IsInOrder(m_first, kNoNode, NextOf, 1, order);
 }
 
 bool TDoubleListOfPointers::IsSortedBackwards() const
 {
-    for (TListNode* node = m_first; node && node->next; node = node->next)
-        if (ComparePointers(node->data, node->next->data) < 0)
-            return false;
-    return true;
+    auto const order = [this](TListNode* a, TListNode* b) { return ComparePointers(a->data, b->data); };
+    return IsInOrder(m_first, kNoNode, NextOf, -1, order);
 }

@@ -85,6 +85,19 @@ struct TLinkChain
             last = tail;
     }
 
+    // Hands e and the nodes behind it to rest, which must be empty.
+    void MoveTailTo(Node* e, TLinkChain rest)
+    {
+        rest.first = e;
+        rest.last = last;
+        last = e->prev;
+        if (last)
+            last->next = nullptr;
+        else
+            first = nullptr;
+        e->prev = nullptr;
+    }
+
     // Walks forward; null past the end.
     Node* Nth(int index) const
     {

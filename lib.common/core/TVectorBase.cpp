@@ -1,5 +1,7 @@
 #include "core/TVectorBase.h"
 
+#include "core/OrderSearch.h"
+
 #include <utility>
 
 namespace {
@@ -48,6 +50,27 @@ TObject* Found(TObject* const* elements, int found, int* index)
         *index = found;
     return found >= 0 ? elements[found] : nullptr;
 }
+
+// The linear searches by order walk indexes; the end index means none.
+int NextIndex(int i)
+{
+    return i + 1;
+}
+
+struct TByOrder
+{
+    TObject* const* elements;
+    long long mode;
+    int operator()(int a, int b) const { return elements[a]->Compare(*elements[b], mode); }
+};
+
+struct TToTarget
+{
+    TObject* const* elements;
+    TObject const& target;
+    long long mode;
+    int operator()(int i) const { return elements[i]->Compare(target, mode); }
+};
 
 // Recurses on the left part and loops on the right. The scans are bounded
 // so that a Compare that never answers 0 or above cannot run off the range;
@@ -265,18 +288,12 @@ void TVectorBase::MoveAt(int from, int to)
 
 bool TVectorBase::IsSorted() const
 {
-    for (int i = 1; i < m_count; ++i)
-        if (Data()[i - 1]->Compare(*Data()[i], m_compareMode) > 0)
-            return false;
-    return true;
+    return IsInOrder(0, m_count, NextIndex, 1, TByOrder{Data(), m_compareMode});
 }
 
 bool TVectorBase::IsSortedBackwards() const
 {
-    for (int i = 1; i < m_count; ++i)
-        if (Data()[i - 1]->Compare(*Data()[i], m_compareMode) < 0)
-            return false;
-    return true;
+    return IsInOrder(0, m_count, NextIndex, -1, TByOrder{Data(), m_compareMode});
 }
 
 void TVectorBase::SwapWith(TVectorBase& other)
@@ -304,66 +321,42 @@ TObject* TVectorBase::LinearFindEqual(TObject const& target, int* index) const
 
 TObject* TVectorBase::LinearFindSmallest(int* index) const
 {
-    int found = m_count > 0 ? 0 : -1;
-    for (int i = 1; i < m_count; ++i)
-        if (Data()[i]->Compare(*Data()[found], m_compareMode) < 0)
-            found = i;
-    return Found(Data(), found, index);
+    int const found = FindExtreme(0, m_count, NextIndex, -1, TByOrder{Data(), m_compareMode});
+    return Found(Data(), found < m_count ? found : -1, index);
 }
 
 TObject* TVectorBase::LinearFindGreatest(int* index) const
 {
-    int found = m_count > 0 ? 0 : -1;
-    for (int i = 1; i < m_count; ++i)
-        if (Data()[i]->Compare(*Data()[found], m_compareMode) > 0)
-            found = i;
-    return Found(Data(), found, index);
+    int const found = FindExtreme(0, m_count, NextIndex, 1, TByOrder{Data(), m_compareMode});
+    return Found(Data(), found < m_count ? found : -1, index);
 }
 
 TObject* TVectorBase::LinearFindClosestSmaller(TObject const& target, int* index) const
 {
-    int found = -1;
-    for (int i = 0; i < m_count; ++i)
-        if (Data()[i]->Compare(target, m_compareMode) < 0
-            && (found < 0 || Data()[i]->Compare(*Data()[found], m_compareMode) > 0))
-            found = i;
-    return Found(Data(), found, index);
+    int const found = FindClosest(0, m_count, NextIndex, -1, false, TToTarget{Data(), target, m_compareMode},
+                                  TByOrder{Data(), m_compareMode});
+    return Found(Data(), found < m_count ? found : -1, index);
 }
 
 TObject* TVectorBase::LinearFindEqualOrSmaller(TObject const& target, int* index) const
 {
-    int found = -1;
-    for (int i = 0; i < m_count; ++i) {
-        int const order = Data()[i]->Compare(target, m_compareMode);
-        if (order == 0)
-            return Found(Data(), i, index);
-        if (order < 0 && (found < 0 || Data()[i]->Compare(*Data()[found], m_compareMode) > 0))
-            found = i;
-    }
-    return Found(Data(), found, index);
+    int const found = FindClosest(0, m_count, NextIndex, -1, true, TToTarget{Data(), target, m_compareMode},
+                                  TByOrder{Data(), m_compareMode});
+    return Found(Data(), found < m_count ? found : -1, index);
 }
 
 TObject* TVectorBase::LinearFindClosestGreater(TObject const& target, int* index) const
 {
-    int found = -1;
-    for (int i = 0; i < m_count; ++i)
-        if (Data()[i]->Compare(target, m_compareMode) > 0
-            && (found < 0 || Data()[i]->Compare(*Data()[found], m_compareMode) < 0))
-            found = i;
-    return Found(Data(), found, index);
+    int const found = FindClosest(0, m_count, NextIndex, 1, false, TToTarget{Data(), target, m_compareMode},
+                                  TByOrder{Data(), m_compareMode});
+    return Found(Data(), found < m_count ? found : -1, index);
 }
 
 TObject* TVectorBase::LinearFindEqualOrGreater(TObject const& target, int* index) const
 {
-    int found = -1;
-    for (int i = 0; i < m_count; ++i) {
-        int const order = Data()[i]->Compare(target, m_compareMode);
-        if (order == 0)
-            return Found(Data(), i, index);
-        if (order > 0 && (found < 0 || Data()[i]->Compare(*Data()[found], m_compareMode) < 0))
-            found = i;
-    }
-    return Found(Data(), found, index);
+    int const found = FindClosest(0, m_count, NextIndex, 1, true, TToTarget{Data(), target, m_compareMode},
+                                  TByOrder{Data(), m_compareMode});
+    return Found(Data(), found < m_count ? found : -1, index);
 }
 
 TObject* TVectorBase::BinaryFindEqual(TObject const& target, int* index) const

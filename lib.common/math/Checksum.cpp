@@ -15,12 +15,8 @@ struct TCrc16Table
 constexpr TCrc16Table MakeCrc16Table()
 {
     TCrc16Table table {};
-    for (unsigned i = 0; i < 256; ++i) {
-        unsigned c = i;
-        for (int bit = 0; bit < 8; ++bit)
-            c = (c & 1) ? (c >> 1) ^ 0xA001u : c >> 1;
-        table.entry[i] = static_cast<uint16_t>(c);
-    }
+    for (uint32_t i = 0; i < 256; ++i)
+        table.entry[i] = static_cast<uint16_t>(ReflectedCrcOfByte(i, 0xA001u));
     return table;
 }
 

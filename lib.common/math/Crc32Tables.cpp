@@ -15,12 +15,8 @@ struct TCrc32Tables
 constexpr TCrc32Tables MakeCrc32Tables()
 {
     TCrc32Tables tables {};
-    for (uint32_t i = 0; i < 256; ++i) {
-        uint32_t c = i;
-        for (int bit = 0; bit < 8; ++bit)
-            c = (c & 1) ? (c >> 1) ^ 0xEDB88320u : c >> 1;
-        tables.entry[0][i] = c;
-    }
+    for (uint32_t i = 0; i < 256; ++i)
+        tables.entry[0][i] = ReflectedCrcOfByte(i, 0xEDB88320u);
     for (int k = 1; k < 16; ++k)
         for (int i = 0; i < 256; ++i) {
             uint32_t const before = tables.entry[k - 1][i];

@@ -19,6 +19,16 @@ struct TFastKernels
     size_t (*base64Decode)(unsigned char const* text, size_t length, unsigned char* data);
 };
 
+// The register of a reflected CRC after the eight bits of one byte: the
+// entry of that byte in a byte-at-a-time table.
+constexpr uint32_t ReflectedCrcOfByte(uint32_t byte, uint32_t polynomial)
+{
+    uint32_t c = byte;
+    for (int bit = 0; bit < 8; ++bit)
+        c = (c & 1) ? (c >> 1) ^ polynomial : c >> 1;
+    return c;
+}
+
 // The kernels of the current level; picks the level on first use.
 TFastKernels const& FastKernels();
 

@@ -10,6 +10,7 @@
 #include "persist/DecimalText.h"
 #include "persist/TNodeFinder.h"
 #include "persist/TXmlParserForTagStream.h"
+#include "persist/TaggedNodeWalk.h"
 #include "text/TRegExpr.h"
 
 #include <QByteArray>
@@ -358,10 +359,11 @@ char const* TTaggedInputStream::GetFormattedTag(char const* tag) const
     return m_formattedTag.c_str();
 }
 
-int TTaggedInputStream::Walk(int node, char const* name, int length, unsigned int limit, bool* more) const
+// Here, beside its busiest caller, so that the compiler can tailor it to
+// the short walks of the search.
+int WalkToName(unsigned char const* base, unsigned int size, int node, char const* name, int length,
+               unsigned int limit, bool* more)
 {
-    unsigned char const* base = m_input.Start();
-    unsigned int const size = m_input.Size();
     uint32_t word = 0;
     std::memcpy(&word, name, length < 4 ? static_cast<size_t>(length) : 4);
     *more = false;
@@ -371,9 +373,9 @@ int TTaggedInputStream::Walk(int node, char const* name, int length, unsigned in
             return 0;
         }
         auto const at = static_cast<unsigned int>(node);
-        if (at % 4 != 0 || at + kSmallHead > size)
+        if (at % 4 != 0 || at + 8 > size)
             return 0;
-        unsigned int const nameAt = at + base[at + kNodeNameOffset];
+        unsigned int const nameAt = at + base[at + TTaggedStream::kNodeNameOffset];
         if (nameAt + 4 <= size) {
             uint32_t nodeWord;
             std::memcpy(&nodeWord, base + nameAt, 4);
@@ -381,9 +383,14 @@ int TTaggedInputStream::Walk(int node, char const* name, int length, unsigned in
                 && std::memcmp(base + nameAt, name, static_cast<size_t>(length)) == 0 && base[nameAt + length] == 0)
                 return node;
         }
-        node = IntAt(base + at + kNodeNext);
+        std::memcpy(&node, base + at + TTaggedStream::kNodeNext, 4);
     }
     return 0;
+}
+
+int TTaggedInputStream::Walk(int node, char const* name, int length, unsigned int limit, bool* more) const
+{
+    return WalkToName(m_input.Start(), m_input.Size(), node, name, length, limit, more);
 }
 
 int TTaggedInputStream::SearchIndexed(int start, bool wrap, char const* name, int length) const
@@ -412,16 +419,9 @@ int TTaggedInputStream::Search(char const* tag, int index, int hintMode) const
     unsigned int const size = m_input.Size();
     if (!UseRawTags() || m_currentGroup <= 0 || !tag || static_cast<unsigned>(m_currentGroup) + kGroupHead > size)
         return 0;
-    char buffer[kMaxIndexedTag + 16];
-    char const* name = tag;
-    int length;
-    if (index != 0) {
-        length = SpellIndexedName(tag, index, buffer);
-        buffer[length] = 0;
-        name = buffer;
-    } else {
-        length = static_cast<int>(std::strlen(tag));
-    }
+    TLookupName const lookup(tag, index);
+    char const* name = lookup.Text();
+    int const length = lookup.Length();
     int const firstChild = IntAt(m_input.Start() + m_currentGroup + kGroupFirstChild);
     bool const hinted = hintMode != 0 && m_currentGroup == m_lastGroup && m_lastFound > 0
                         && static_cast<unsigned>(m_lastFound) + kSmallHead <= size;
@@ -454,36 +454,17 @@ bool TTaggedInputStream::MoveDown(char const* tag, int index)
     tag = GetFormattedTag(tag);
     if (!UseRawTags())
         return true;
-    if (!std::strchr(tag, '/')) {
-        int const found = Search(tag, index, 1);
+    auto const enter = [this](char const* name, int step) {
+        int const found = Search(name, step, 1);
         if (found == 0)
             return false;
         m_currentGroup = found;
         return true;
-    }
+    };
+    if (!std::strchr(tag, '/'))
+        return enter(tag, index);
     TString<char> const path(tag);
-    char const* piece = path.c_str();
-    if (*piece == '/') {
-        m_currentGroup = m_root;
-        ++piece;
-    }
-    while (*piece) {
-        char const* slash = std::strchr(piece, '/');
-        size_t const length = slash ? static_cast<size_t>(slash - piece) : std::strlen(piece);
-        // Empty pieces ("a//b", "a/") name no group, as in writing.
-        if (length > 0) {
-            bool const last = !slash || slash[1 + std::strspn(slash + 1, "/")] == 0;
-            TString<char> const name(piece, length_t(static_cast<unsigned>(length)));
-            int const found = Search(name.c_str(), last ? index : 0, 1);
-            if (found == 0)
-                return false;
-            m_currentGroup = found;
-        }
-        if (!slash)
-            break;
-        piece = slash + 1;
-    }
-    return true;
+    return WalkGroupPath(path.c_str(), index, m_currentGroup, m_root, enter);
 }
 
 void TTaggedInputStream::MoveUp()
@@ -563,26 +544,38 @@ long long TTaggedInputStream::ReadDecimal()
     return ParseDecimal(copy.c_str());
 }
 
+// In XML a number is decimal text, a floating point value the Base64 of its
+// bytes.
 template <class T>
-T TTaggedInputStream::GetNumber(T def, char const* tag, int index)
+inline T TTaggedInputStream::GetNumber(T def, char const* tag, int index)
 {
     if (!IsValid())
         return def;
     if (m_xmlConvert) {
-        // A missing value gives the default's own decimal text back, so the
-        // default is returned without the trip through text.
+        // A missing value gives the default's own text back, so the default
+        // is returned without the trip through text.
         char const* formatted = GetFormattedTag(tag);
         m_xmlConvert = false;
-        int node;
-        bool const found = MoveToDataStart(formatted, index, &node) != nullptr;
+        bool const found = MoveToDataStart(formatted, index, nullptr) != nullptr;
         m_xmlConvert = true;
         if (!found)
             return def;
-        long long const value = ReadDecimal();
-        if constexpr (std::is_same_v<T, bool>)
-            return value != 0;
-        else
-            return static_cast<T>(static_cast<TStored<T>>(value));
+        if constexpr (std::is_floating_point_v<T>) {
+            TString<char> text;
+            m_input.ReadString(text);
+            TComposeBuffer bytes(static_cast<unsigned>(Base64DecodedMaxSize(text.GetLength())) + sizeof(T));
+            std::memset(bytes.Data(), 0, sizeof(T));
+            DecodeBase64(text.c_str(), bytes.Data());
+            T value;
+            std::memcpy(&value, bytes.Data(), sizeof(T));
+            return value;
+        } else {
+            long long const value = ReadDecimal();
+            if constexpr (std::is_same_v<T, bool>)
+                return value != 0;
+            else
+                return static_cast<T>(static_cast<TStored<T>>(value));
+        }
     }
     if (UseRawTags() && !MoveToDataStart(tag, index, nullptr))
         return def;
@@ -594,34 +587,6 @@ T TTaggedInputStream::GetNumber(T def, char const* tag, int index)
     } else {
         m_input.Read(&value, 1);
     }
-    return value;
-}
-
-template <class T>
-T TTaggedInputStream::GetFloat(T def, char const* tag, int index)
-{
-    if (!IsValid())
-        return def;
-    if (m_xmlConvert) {
-        char const* formatted = GetFormattedTag(tag);
-        m_xmlConvert = false;
-        bool const found = MoveToDataStart(formatted, index, nullptr) != nullptr;
-        m_xmlConvert = true;
-        if (!found)
-            return def;
-        TString<char> text;
-        m_input.ReadString(text);
-        TComposeBuffer bytes(static_cast<unsigned>(Base64DecodedMaxSize(text.GetLength())) + sizeof(T));
-        std::memset(bytes.Data(), 0, sizeof(T));
-        DecodeBase64(text.c_str(), bytes.Data());
-        T value;
-        std::memcpy(&value, bytes.Data(), sizeof(T));
-        return value;
-    }
-    if (UseRawTags() && !MoveToDataStart(tag, index, nullptr))
-        return def;
-    T value;
-    m_input.Read(&value, 1);
     return value;
 }
 
@@ -687,12 +652,12 @@ unsigned long long TTaggedInputStream::GetValue(unsigned long long def, char con
 
 float TTaggedInputStream::GetValue(float def, char const* tag, int index)
 {
-    return GetFloat(def, tag, index);
+    return GetNumber(def, tag, index);
 }
 
 double TTaggedInputStream::GetValue(double def, char const* tag, int index)
 {
-    return GetFloat(def, tag, index);
+    return GetNumber(def, tag, index);
 }
 
 TString<char> TTaggedInputStream::GetValueA(char const* def, char const* tag, int index)

@@ -161,8 +161,6 @@ private:
     bool CheckTree() const;
     template <class T>
     T GetNumber(T def, char const* tag, int index);
-    template <class T>
-    T GetFloat(T def, char const* tag, int index);
     long long ReadDecimal();
     int NodeDataSize(int node) const;
     unsigned int BinaryRoom(char const* tag, int index) const;

@@ -6,6 +6,7 @@
 #include "math/FastMemory.h"
 #include "persist/ComposeBuffer.h"
 #include "persist/TNodeNameIndex.h"
+#include "persist/TaggedNodeWalk.h"
 #include "text/TextConversion.h"
 
 #include <QByteArray>
@@ -55,16 +56,6 @@ char const* RawPart(char const* tag, size_t* length)
 
 // The name a search looks for: the tag as given, cut and followed by the
 // index if there is one. Returns the name, in buffer or in tag.
-char const* SearchName(char const* tag, int index, char* buffer, unsigned int* length)
-{
-    if (index == 0) {
-        *length = static_cast<unsigned>(std::strlen(tag));
-        return tag;
-    }
-    *length = static_cast<unsigned>(TTaggedStream::SpellIndexedName(tag, index, buffer));
-    return buffer;
-}
-
 void PutInt(unsigned char* at, int value)
 {
     std::memcpy(at, &value, 4);
@@ -555,33 +546,18 @@ int TTaggedOutputStream::FindChildForMoveDown(char const* tag, int index)
     // name stays where it was written.
     if (m_irregularNames)
         return FindNode(tag, index, 0);
-    char buffer[kMaxIndexedTag + 16];
-    unsigned int length;
-    char const* name = SearchName(tag, index, buffer, &length);
+    TLookupName const name(tag, index);
     if (!m_index)
         m_index = new TNodeNameIndex;
-    return m_index->Find(m_output.Start(), m_output.GetPosition(), m_currentGroup, name, static_cast<int>(length));
+    return m_index->Find(m_output.Start(), m_output.GetPosition(), m_currentGroup, name.Text(), name.Length());
 }
 
 void TTaggedOutputStream::MoveDownPath(char const* path, int index)
 {
-    if (*path == '/') {
-        m_currentGroup = m_root;
-        ++path;
-    }
-    while (*path) {
-        char const* slash = std::strchr(path, '/');
-        size_t const length = slash ? static_cast<size_t>(slash - path) : std::strlen(path);
-        // Empty pieces ("a//b", "a/") name no group.
-        if (length > 0) {
-            bool const last = !slash || slash[1 + std::strspn(slash + 1, "/")] == 0;
-            TString<char> const piece(path, length_t(static_cast<unsigned>(length)));
-            MoveDown(piece.c_str(), last ? index : 0);
-        }
-        if (!slash)
-            break;
-        path = slash + 1;
-    }
+    WalkGroupPath(path, index, m_currentGroup, m_root, [this](char const* name, int step) {
+        MoveDown(name, step);
+        return true;
+    });
 }
 
 void TTaggedOutputStream::MoveUp()

@@ -1,6 +1,7 @@
 #include "persist/TTaggedStream.h"
 
 #include "persist/TMemoryStream.h"
+#include "persist/TaggedNodeWalk.h"
 
 #include <charconv>
 #include <cstdint>
@@ -58,26 +59,10 @@ unsigned int TTaggedStream::DocumentSize() const
 
 int TTaggedStream::Walk(int node, char const* name, int length) const
 {
-    unsigned char const* base = Base();
     unsigned int const size = DocumentSize();
-    uint32_t word = 0;
-    std::memcpy(&word, name, length < 4 ? static_cast<size_t>(length) : 4);
+    bool more;
     // Each node takes 8 bytes at least, so a longer walk is a loop.
-    for (unsigned int steps = size / 8 + 1; node > 0 && steps > 0; --steps) {
-        auto const at = static_cast<unsigned int>(node);
-        if (at % 4 != 0 || at + 8 > size)
-            return 0;
-        unsigned int const nameAt = at + base[at + kNodeNameOffset];
-        if (nameAt + 4 <= size) {
-            uint32_t nodeWord;
-            std::memcpy(&nodeWord, base + nameAt, 4);
-            if (nodeWord == word && nameAt + static_cast<unsigned>(length) < size
-                && std::memcmp(base + nameAt, name, static_cast<size_t>(length)) == 0 && base[nameAt + length] == 0)
-                return node;
-        }
-        node = ReadInt(node + kNodeNext);
-    }
-    return 0;
+    return WalkToName(Base(), size, node, name, length, size / 8 + 1, &more);
 }
 
 int TTaggedStream::FindNode(char const* tag, int index, int hintMode) const
@@ -85,25 +70,16 @@ int TTaggedStream::FindNode(char const* tag, int index, int hintMode) const
     if (!UseRawTags() || m_currentGroup <= 0 || !tag
         || static_cast<unsigned>(m_currentGroup) + kGroupNameOffset > DocumentSize())
         return 0;
-    char buffer[kMaxIndexedTag + 16];
-    char const* name = tag;
-    int length;
-    if (index != 0) {
-        length = SpellIndexedName(tag, index, buffer);
-        buffer[length] = 0;
-        name = buffer;
-    } else {
-        length = static_cast<int>(std::strlen(tag));
-    }
+    TLookupName const name(tag, index);
     int const firstChild = ReadInt(m_currentGroup + kGroupFirstChild);
     int found;
     if (hintMode != 0 && m_currentGroup == m_lastGroup && m_lastFound > 0
         && static_cast<unsigned>(m_lastFound) + 8 <= DocumentSize()) {
-        found = Walk(ReadInt(m_lastFound + kNodeNext), name, length);
+        found = Walk(ReadInt(m_lastFound + kNodeNext), name.Text(), name.Length());
         if (found == 0)
-            found = Walk(firstChild, name, length);
+            found = Walk(firstChild, name.Text(), name.Length());
     } else {
-        found = Walk(firstChild, name, length);
+        found = Walk(firstChild, name.Text(), name.Length());
     }
     if (hintMode == 1) {
         m_lastFound = found;

@@ -1,7 +1,8 @@
 #include "persist/ValueState.h"
 
+#include "persist/DataStreamForm.h"
+
 #include <QByteArray>
-#include <QDataStream>
 #include <QDateTime>
 #include <QMap>
 #include <QPoint>
@@ -83,9 +84,5 @@ void WriteStateBA(QByteArray const& bytes, TTaggedOutputStream& stream, long lon
 
 void WriteState(QDateTime const& time, TTaggedOutputStream& stream, long long, char const* tag, int index)
 {
-    QByteArray bytes;
-    QDataStream out(&bytes, QIODevice::WriteOnly);
-    out.setVersion(QDataStream::Qt_5_15); // pinned: the stored form must not follow Qt
-    out << time;
-    stream.SetBinary(bytes, tag, index);
+    stream.SetBinary(DataStreamBytes(time), tag, index);
 }

@@ -1,9 +1,9 @@
 #include "persist/ValueStateRestore.h"
 
+#include "persist/DataStreamForm.h"
 #include "text/TString.h"
 
 #include <QByteArray>
-#include <QDataStream>
 #include <QDateTime>
 #include <QMap>
 #include <QPoint>
@@ -14,9 +14,6 @@
 #include <QVariant>
 
 namespace {
-
-// The stored forms of QDataStream must not follow Qt's versions.
-constexpr int kDataStreamVersion = QDataStream::Qt_5_15;
 
 QByteArray ReadBytes(TTaggedInputStream& stream, char const* tag, int index)
 {
@@ -139,17 +136,7 @@ bool RestoreStateBA(QByteArray& bytes, TTaggedInputStream& stream, long long ver
 
 bool RestoreState(QDateTime& time, TTaggedInputStream& stream, long long, char const* tag, int index)
 {
-    QByteArray const bytes = ReadBytes(stream, tag, index);
-    if (bytes.isEmpty())
-        return false;
-    QDataStream in(bytes);
-    in.setVersion(kDataStreamVersion);
-    QDateTime restored;
-    in >> restored;
-    if (in.status() != QDataStream::Ok)
-        return false;
-    time = restored;
-    return true;
+    return ReadDataStreamBytes(ReadBytes(stream, tag, index), time);
 }
 
 void WriteState_QVariant(QVariant const& value, TTaggedOutputStream& stream, long long version, char const* tag,
@@ -159,11 +146,7 @@ void WriteState_QVariant(QVariant const& value, TTaggedOutputStream& stream, lon
         TString<char>(value.toString()).WriteState(stream, version, tag, index);
         return;
     }
-    QByteArray bytes;
-    QDataStream out(&bytes, QIODevice::WriteOnly);
-    out.setVersion(kDataStreamVersion);
-    out << value;
-    stream.SetBinary(bytes, tag, index);
+    stream.SetBinary(DataStreamBytes(value), tag, index);
 }
 
 bool RestoreState_QVariant(QVariant& value, TTaggedInputStream& stream, long long version, char const* tag,
@@ -176,15 +159,5 @@ bool RestoreState_QVariant(QVariant& value, TTaggedInputStream& stream, long lon
         value = QVariant(text.qString());
         return true;
     }
-    QByteArray const bytes = ReadBytes(stream, tag, index);
-    if (bytes.isEmpty())
-        return false;
-    QDataStream in(bytes);
-    in.setVersion(kDataStreamVersion);
-    QVariant restored;
-    in >> restored;
-    if (in.status() != QDataStream::Ok)
-        return false;
-    value = restored;
-    return true;
+    return ReadDataStreamBytes(ReadBytes(stream, tag, index), value);
 }

@@ -6,41 +6,32 @@
 
 namespace {
 
-// Code page numbers as the codec names that Qt knows.
+// Code page numbers as the codec names that Qt knows: the Windows and ISO
+// series by number, the single pages by this table, any other as IBM's.
+struct TPageName
+{
+    int codePage;
+    char const* name;
+};
+
+TPageName const s_pageNames[] = {
+    {65001, "UTF-8"}, {1200, "UTF-16LE"}, {1201, "UTF-16BE"}, {20127, "US-ASCII"},
+    {932, "Shift_JIS"}, {936, "GBK"}, {949, "windows-949"}, {950, "Big5"},
+    {20866, "KOI8-R"}, {21866, "KOI8-U"}, {10000, "macintosh"},
+};
+
 QTextCodec* CodecForPage(int codePage)
 {
     if (codePage == 0)
         return QTextCodec::codecForLocale();
-    QByteArray name;
     if ((codePage >= 1250 && codePage <= 1258) || codePage == 874)
-        name = "windows-" + QByteArray::number(codePage);
-    else if (codePage >= 28591 && codePage <= 28606)
-        name = "ISO-8859-" + QByteArray::number(codePage - 28590);
-    else if (codePage == 65001)
-        name = "UTF-8";
-    else if (codePage == 1200)
-        name = "UTF-16LE";
-    else if (codePage == 1201)
-        name = "UTF-16BE";
-    else if (codePage == 20127)
-        name = "US-ASCII";
-    else if (codePage == 932)
-        name = "Shift_JIS";
-    else if (codePage == 936)
-        name = "GBK";
-    else if (codePage == 949)
-        name = "windows-949";
-    else if (codePage == 950)
-        name = "Big5";
-    else if (codePage == 20866)
-        name = "KOI8-R";
-    else if (codePage == 21866)
-        name = "KOI8-U";
-    else if (codePage == 10000)
-        name = "macintosh";
-    else
-        name = "IBM" + QByteArray::number(codePage);
-    return QTextCodec::codecForName(name);
+        return QTextCodec::codecForName("windows-" + QByteArray::number(codePage));
+    if (codePage >= 28591 && codePage <= 28606)
+        return QTextCodec::codecForName("ISO-8859-" + QByteArray::number(codePage - 28590));
+    for (TPageName const& page : s_pageNames)
+        if (page.codePage == codePage)
+            return QTextCodec::codecForName(page.name);
+    return QTextCodec::codecForName("IBM" + QByteArray::number(codePage));
 }
 
 } // namespace

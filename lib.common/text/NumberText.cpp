@@ -327,24 +327,45 @@ void IntegerToZeroJustifiedString(T* buffer, int value, int maximum)
     IntToString(value, buffer, width, 0);
 }
 
-TString<char> AStringFromInt(int value, int width, int options)
+namespace {
+
+// An integer's text of width characters at least: in a buffer on the stack
+// for the usual widths, beyond them straight in the result's own storage.
+// room is the most the number itself takes.
+template <int room, class Write>
+TString<char> NarrowInteger(int width, Write write)
 {
     if (width > 64) {
         TString<char> result(length_t(width + 2));
-        return result.SetEnd(IntToString(value, result.Buffer(), width, options));
+        return result.SetEnd(write(result.Buffer()));
     }
-    char text[24 + 64];
-    return TString<char>(text, length_t(IntToString(value, text, width, options)));
+    char text[room + 64];
+    return TString<char>(text, length_t(write(text)));
+}
+
+template <int room, class Write>
+QString QtInteger(int width, Write write)
+{
+    if (width > 64) {
+        QString result(width + 2, Qt::Uninitialized);
+        result.truncate(write(reinterpret_cast<char16_t*>(result.data())));
+        return result;
+    }
+    char16_t text[room + 64];
+    int const length = write(text);
+    return QString::fromUtf16(text, length);
+}
+
+} // namespace
+
+TString<char> AStringFromInt(int value, int width, int options)
+{
+    return NarrowInteger<24>(width, [&](char* text) { return IntToString(value, text, width, options); });
 }
 
 TString<char> AStringFromInt64(long long value, int width, int options)
 {
-    if (width > 64) {
-        TString<char> result(length_t(width + 2));
-        return result.SetEnd(Int64ToString(value, result.Buffer(), width, options));
-    }
-    char text[32 + 64];
-    return TString<char>(text, length_t(Int64ToString(value, text, width, options)));
+    return NarrowInteger<32>(width, [&](char* text) { return Int64ToString(value, text, width, options); });
 }
 
 TString<char> AStringFromFloat(double value, int options)
@@ -355,36 +376,12 @@ TString<char> AStringFromFloat(double value, int options)
 
 QString QStringFromInt(int value, int width, int options)
 {
-    char16_t text[24 + 64];
-    char16_t* buffer = text;
-    QString result;
-    if (width > 64) {
-        result.resize(width + 2);
-        buffer = reinterpret_cast<char16_t*>(result.data());
-    }
-    int length = IntToString(value, buffer, width, options);
-    if (buffer != text) {
-        result.truncate(length);
-        return result;
-    }
-    return QString::fromUtf16(text, length);
+    return QtInteger<24>(width, [&](char16_t* text) { return IntToString(value, text, width, options); });
 }
 
 QString QStringFromInt64(long long value, int width, int options)
 {
-    char16_t text[32 + 64];
-    char16_t* buffer = text;
-    QString result;
-    if (width > 64) {
-        result.resize(width + 2);
-        buffer = reinterpret_cast<char16_t*>(result.data());
-    }
-    int length = Int64ToString(value, buffer, width, options);
-    if (buffer != text) {
-        result.truncate(length);
-        return result;
-    }
-    return QString::fromUtf16(text, length);
+    return QtInteger<32>(width, [&](char16_t* text) { return Int64ToString(value, text, width, options); });
 }
 
 QString QStringFromFloat(double value, int options)

@@ -9,87 +9,63 @@
 
 #include <atomic>
 #include <mutex>
+#include <type_traits>
 
 #define PCRE2_CODE_UNIT_WIDTH 0
 #include <pcre2.h>
 
 namespace {
 
-// The two code-unit widths of PCRE2 under one set of names.
+// The two code-unit widths of PCRE2 under one set of names: the calls differ
+// only in their suffix.
 template <class T>
 struct TPcre;
 
-template <>
-struct TPcre<char>
-{
-    using Code = pcre2_code_8;
-    using MatchData = pcre2_match_data_8;
-    static Code* Compile(char const* pattern, uint32_t options, int* error, PCRE2_SIZE* offset)
-    {
-        return pcre2_compile_8(reinterpret_cast<PCRE2_SPTR8>(pattern), PCRE2_ZERO_TERMINATED, options, error, offset,
-                               nullptr);
-    }
-    static void CompileMachineCode(Code* code) { pcre2_jit_compile_8(code, PCRE2_JIT_COMPLETE); }
-    static void Free(Code* code) { pcre2_code_free_8(code); }
-    static int Info(Code const* code, uint32_t what)
-    {
-        uint32_t value = 0;
-        pcre2_pattern_info_8(code, what, &value);
-        return static_cast<int>(value);
-    }
-    static MatchData* NewMatchData(Code const* code) { return pcre2_match_data_create_from_pattern_8(code, nullptr); }
-    static void FreeMatchData(MatchData* data) { pcre2_match_data_free_8(data); }
-    static int Match(Code const* code, char const* text, int length, int start, MatchData* data)
-    {
-        return pcre2_match_8(code, reinterpret_cast<PCRE2_SPTR8>(text), static_cast<PCRE2_SIZE>(length),
-                             static_cast<PCRE2_SIZE>(start), 0, data, nullptr);
-    }
-    static PCRE2_SIZE const* Offsets(MatchData* data) { return pcre2_get_ovector_pointer_8(data); }
-    static int GroupNumber(Code const* code, char const* name)
-    {
-        return pcre2_substring_number_from_name_8(code, reinterpret_cast<PCRE2_SPTR8>(name));
-    }
-    static QString ErrorText(int error)
-    {
-        PCRE2_UCHAR8 buffer[256];
-        int const length = pcre2_get_error_message_8(error, buffer, sizeof(buffer));
-        return length > 0 ? QString::fromLatin1(reinterpret_cast<char const*>(buffer), length) : QString();
-    }
-};
+#define COMMON_PCRE2_WIDTH(T, W)                                                                                     \
+    template <>                                                                                                      \
+    struct TPcre<T>                                                                                                  \
+    {                                                                                                                \
+        using Code = pcre2_code_##W;                                                                                 \
+        using MatchData = pcre2_match_data_##W;                                                                      \
+        static Code* Compile(T const* pattern, uint32_t options, int* error, PCRE2_SIZE* offset)                     \
+        {                                                                                                            \
+            return pcre2_compile_##W(reinterpret_cast<PCRE2_SPTR##W>(pattern), PCRE2_ZERO_TERMINATED, options,      \
+                                     error, offset, nullptr);                                                        \
+        }                                                                                                            \
+        static void CompileMachineCode(Code* code) { pcre2_jit_compile_##W(code, PCRE2_JIT_COMPLETE); }              \
+        static void Free(Code* code) { pcre2_code_free_##W(code); }                                                  \
+        static int Info(Code const* code, uint32_t what)                                                             \
+        {                                                                                                            \
+            uint32_t value = 0;                                                                                      \
+            pcre2_pattern_info_##W(code, what, &value);                                                              \
+            return static_cast<int>(value);                                                                          \
+        }                                                                                                            \
+        static MatchData* NewMatchData(uint32_t pairs) { return pcre2_match_data_create_##W(pairs, nullptr); }       \
+        static void FreeMatchData(MatchData* data) { pcre2_match_data_free_##W(data); }                              \
+        static int Match(Code const* code, T const* text, int length, int start, MatchData* data)                    \
+        {                                                                                                            \
+            return pcre2_match_##W(code, reinterpret_cast<PCRE2_SPTR##W>(text), static_cast<PCRE2_SIZE>(length),     \
+                                   static_cast<PCRE2_SIZE>(start), 0, data, nullptr);                                \
+        }                                                                                                            \
+        static PCRE2_SIZE const* Offsets(MatchData* data) { return pcre2_get_ovector_pointer_##W(data); }            \
+    };
 
-template <>
-struct TPcre<char16_t>
+COMMON_PCRE2_WIDTH(char, 8)
+COMMON_PCRE2_WIDTH(char16_t, 16)
+#undef COMMON_PCRE2_WIDTH
+
+QString NoPatternMessage()
 {
-    using Code = pcre2_code_16;
-    using MatchData = pcre2_match_data_16;
-    static Code* Compile(char16_t const* pattern, uint32_t options, int* error, PCRE2_SIZE* offset)
-    {
-        return pcre2_compile_16(reinterpret_cast<PCRE2_SPTR16>(pattern), PCRE2_ZERO_TERMINATED, options, error, offset,
-                                nullptr);
-    }
-    static void CompileMachineCode(Code* code) { pcre2_jit_compile_16(code, PCRE2_JIT_COMPLETE); }
-    static void Free(Code* code) { pcre2_code_free_16(code); }
-    static int Info(Code const* code, uint32_t what)
-    {
-        uint32_t value = 0;
-        pcre2_pattern_info_16(code, what, &value);
-        return static_cast<int>(value);
-    }
-    static MatchData* NewMatchData(Code const* code) { return pcre2_match_data_create_from_pattern_16(code, nullptr); }
-    static void FreeMatchData(MatchData* data) { pcre2_match_data_free_16(data); }
-    static int Match(Code const* code, char16_t const* text, int length, int start, MatchData* data)
-    {
-        return pcre2_match_16(code, reinterpret_cast<PCRE2_SPTR16>(text), static_cast<PCRE2_SIZE>(length),
-                              static_cast<PCRE2_SIZE>(start), 0, data, nullptr);
-    }
-    static PCRE2_SIZE const* Offsets(MatchData* data) { return pcre2_get_ovector_pointer_16(data); }
-    static QString ErrorText(int error)
-    {
-        PCRE2_UCHAR16 buffer[256];
-        int const length = pcre2_get_error_message_16(error, buffer, sizeof(buffer) / sizeof(buffer[0]));
-        return length > 0 ? QString::fromUtf16(buffer, length) : QString();
-    }
-};
+    return QStringLiteral("No pattern");
+}
+
+// The messages are the same ASCII text for either width.
+QString PcreErrorText(int error)
+{
+    PCRE2_UCHAR8 buffer[256];
+    int const length = pcre2_get_error_message_8(error, buffer, sizeof(buffer));
+    return length > 0 ? QString::fromLatin1(reinterpret_cast<char const*>(buffer), length) : QString();
+}
 
 uint32_t PcreOptions(unsigned options)
 {
@@ -121,35 +97,40 @@ uint32_t PcreOptions(unsigned options)
 
 // ---- TRegexMatch -------------------------------------------------------------
 
-TRegexMatch::TRegexMatch() : m_offsets(nullptr), m_groupCount(0)
+// The layout is part of the exported interface: the spare room beside the
+// group count holds the capacity, and one group fits in the pointer's place.
+static_assert(sizeof(TRegexMatch) == sizeof(int*) + 2 * sizeof(int), "TRegexMatch changed size");
+
+TRegexMatch::TRegexMatch() : m_inline{-1, -1}, m_groupCount(0), m_capacity(1)
 {
 }
 
-TRegexMatch::TRegexMatch(TRegexMatch const& other) : m_offsets(nullptr), m_groupCount(0)
+TRegexMatch::TRegexMatch(TRegexMatch const& other) : m_inline{-1, -1}, m_groupCount(0), m_capacity(1)
 {
-    Set(other.m_groupCount, other.m_offsets);
+    Set(other.m_groupCount, other.Offsets());
 }
 
 TRegexMatch& TRegexMatch::operator=(TRegexMatch const& other)
 {
     if (&other != this)
-        Set(other.m_groupCount, other.m_offsets);
+        Set(other.m_groupCount, other.Offsets());
     return *this;
 }
 
 TRegexMatch::~TRegexMatch()
 {
-    Clear();
+    if (m_capacity > 1)
+        free_ex(m_offsets);
 }
 
 int TRegexMatch::Start(int group) const
 {
-    return group >= 0 && group < m_groupCount ? m_offsets[2 * group] : -1;
+    return group >= 0 && group < m_groupCount ? Offsets()[2 * group] : -1;
 }
 
 int TRegexMatch::End(int group) const
 {
-    return group >= 0 && group < m_groupCount ? m_offsets[2 * group + 1] : -1;
+    return group >= 0 && group < m_groupCount ? Offsets()[2 * group + 1] : -1;
 }
 
 int TRegexMatch::Length(int group) const
@@ -158,22 +139,24 @@ int TRegexMatch::Length(int group) const
     return start < 0 ? -1 : End(group) - start;
 }
 
+// Storage only grows, so a match reused from call to call allocates once.
+// Null offsets leave the groups for the caller to fill.
 void TRegexMatch::Set(int groupCount, int const* offsets)
 {
-    if (groupCount != m_groupCount) {
-        Clear();
-        if (groupCount > 0)
-            m_offsets = static_cast<int*>(malloc_ex(groupCount * 2 * static_cast<int>(sizeof(int))));
-        m_groupCount = groupCount;
+    if (groupCount > m_capacity) {
+        auto* grown = static_cast<int*>(malloc_ex(groupCount * 2 * static_cast<int>(sizeof(int))));
+        if (m_capacity > 1)
+            free_ex(m_offsets);
+        m_offsets = grown;
+        m_capacity = groupCount;
     }
-    if (groupCount > 0)
-        FastCopyEx(offsets, m_offsets, static_cast<size_t>(groupCount) * 2 * sizeof(int));
+    m_groupCount = groupCount;
+    if (groupCount > 0 && offsets)
+        FastCopyEx(offsets, Offsets(), static_cast<size_t>(groupCount) * 2 * sizeof(int));
 }
 
 void TRegexMatch::Clear()
 {
-    free_ex(m_offsets);
-    m_offsets = nullptr;
     m_groupCount = 0;
 }
 
@@ -224,7 +207,7 @@ struct TRegex::TCode
     }
 
     template <class T>
-    TString<T> const& Pattern() const
+    TString<T>& Pattern()
     {
         if constexpr (std::is_same_v<T, char>)
             return m_narrowPattern;
@@ -242,7 +225,7 @@ struct TRegex::TCode
         typename TPcre<T>::Code* code = TPcre<T>::Compile(Pattern<T>().c_str(), PcreOptions(m_options), &error, &offset);
         if (!code) {
             if (first) {
-                m_error = TPcre<T>::ErrorText(error);
+                m_error = PcreErrorText(error);
                 m_errorOffset = static_cast<int>(offset);
             }
             return nullptr;
@@ -251,6 +234,25 @@ struct TRegex::TCode
         if (first)
             m_captureCount = TPcre<T>::Info(code, PCRE2_INFO_CAPTURECOUNT);
         return code;
+    }
+
+    // The compile that decides validity, for the width the pattern came in;
+    // the pattern is kept in the other width for later.
+    template <class T>
+    bool CompileFirst(T const* pattern)
+    {
+        using TOther = std::conditional_t<std::is_same_v<T, char>, char16_t, char>;
+        if (!pattern) {
+            m_error = NoPatternMessage();
+            return false;
+        }
+        Pattern<T>() = TString<T>(pattern);
+        Pattern<TOther>() = TString<TOther>(Pattern<T>());
+        Tried<T>() = true;
+        typename TPcre<T>::Code* code = CompileFor<T>(true);
+        Slot<T>().store(code, std::memory_order_release);
+        m_valid = code != nullptr;
+        return m_valid;
     }
 
     template <class T>
@@ -331,17 +333,7 @@ bool TRegex::Compile(char const* pattern, unsigned options)
     Release();
     m_code = new TCode;
     m_code->m_options = options;
-    if (!pattern) {
-        m_code->m_error = QStringLiteral("No pattern");
-        return false;
-    }
-    m_code->m_narrowPattern = TString<char>(pattern);
-    m_code->m_widePattern = TString<char16_t>(m_code->m_narrowPattern);
-    m_code->m_narrowTried = true;
-    pcre2_code_8* code = m_code->CompileFor<char>(true);
-    m_code->m_narrow.store(code, std::memory_order_release);
-    m_code->m_valid = code != nullptr;
-    return m_code->m_valid;
+    return m_code->CompileFirst(pattern);
 }
 
 bool TRegex::Compile(char16_t const* pattern, unsigned options)
@@ -349,17 +341,7 @@ bool TRegex::Compile(char16_t const* pattern, unsigned options)
     Release();
     m_code = new TCode;
     m_code->m_options = options;
-    if (!pattern) {
-        m_code->m_error = QStringLiteral("No pattern");
-        return false;
-    }
-    m_code->m_widePattern = TString<char16_t>(pattern);
-    m_code->m_narrowPattern = TString<char>(m_code->m_widePattern);
-    m_code->m_wideTried = true;
-    pcre2_code_16* code = m_code->CompileFor<char16_t>(true);
-    m_code->m_wide.store(code, std::memory_order_release);
-    m_code->m_valid = code != nullptr;
-    return m_code->m_valid;
+    return m_code->CompileFirst(pattern);
 }
 
 bool TRegex::IsValid() const
@@ -392,55 +374,128 @@ int TRegex::GroupNumber(char const* name) const
     if (!IsValid() || !name)
         return -1;
     pcre2_code_8* code = m_code->Get<char>();
-    int const number = code ? TPcre<char>::GroupNumber(code, name) : -1;
+    int const number = code ? pcre2_substring_number_from_name_8(code, reinterpret_cast<PCRE2_SPTR8>(name)) : -1;
     return number > 0 ? number : -1;
 }
 
 namespace {
 
+// The match data that each thread keeps for each width. pcre2_match leaves
+// nothing in a block that a later call depends on, so one block serves any
+// pattern with no more groups than it holds, and a match allocates nothing.
 template <class T>
-bool RunMatch(typename TPcre<T>::Code const* code, T const* text, TRegexMatch* match, int start, int length,
-              int* offsets, int groups)
+struct TScratch
 {
-    if (!code || !text)
+    typename TPcre<T>::MatchData* data;
+    uint32_t pairs;
+};
+
+struct TThreadMatchData
+{
+    TScratch<char> narrow;
+    TScratch<char16_t> wide;
+    bool ending; // the blocks are gone; later calls make their own
+};
+
+// Trivial, so that reaching it needs no guard; the keeper frees the blocks.
+thread_local TThreadMatchData s_threadMatchData;
+
+struct TThreadMatchDataKeeper
+{
+    bool m_armed = false;
+    ~TThreadMatchDataKeeper()
+    {
+        TThreadMatchData& blocks = s_threadMatchData;
+        TPcre<char>::FreeMatchData(blocks.narrow.data);
+        TPcre<char16_t>::FreeMatchData(blocks.wide.data);
+        blocks = TThreadMatchData{{nullptr, 0}, {nullptr, 0}, true};
+    }
+};
+
+thread_local TThreadMatchDataKeeper s_threadMatchDataKeeper;
+
+// Room for the groups of most patterns, so that a thread rarely grows its block.
+constexpr uint32_t kMinimumPairs = 16;
+
+template <class T>
+TScratch<T>& ThreadScratch()
+{
+    if constexpr (std::is_same_v<T, char>)
+        return s_threadMatchData.narrow;
+    else
+        return s_threadMatchData.wide;
+}
+
+// The block one match runs in: the thread's own, grown when too small, or
+// one of its own while the thread ends.
+template <class T>
+class TMatchBlock
+{
+public:
+    explicit TMatchBlock(uint32_t pairs)
+    {
+        TScratch<T>& scratch = ThreadScratch<T>();
+        if (scratch.pairs >= pairs) {
+            m_data = scratch.data;
+            return;
+        }
+        uint32_t const size = pairs > kMinimumPairs ? pairs : kMinimumPairs;
+        m_data = TPcre<T>::NewMatchData(size);
+        if (!m_data)
+            ThrowIfNoMemory(nullptr);
+        if (s_threadMatchData.ending) {
+            m_owned = true;
+            return;
+        }
+        // Touching the keeper has it run when the thread ends.
+        s_threadMatchDataKeeper.m_armed = true;
+        TPcre<T>::FreeMatchData(scratch.data);
+        scratch = TScratch<T>{m_data, size};
+    }
+    ~TMatchBlock()
+    {
+        if (m_owned)
+            TPcre<T>::FreeMatchData(m_data);
+    }
+    TMatchBlock(TMatchBlock const&) = delete;
+    TMatchBlock& operator=(TMatchBlock const&) = delete;
+
+    typename TPcre<T>::MatchData* Data() const { return m_data; }
+
+private:
+    typename TPcre<T>::MatchData* m_data = nullptr;
+    bool m_owned = false;
+};
+
+} // namespace
+
+// The groups go straight from the match data into match.
+template <class T>
+inline bool TRegex::MatchText(T const* text, TRegexMatch* match, int start, int length) const
+{
+    if (match)
+        match->Clear();
+    if (!IsValid() || !text)
+        return false;
+    typename TPcre<T>::Code const* code = m_code->Get<T>();
+    if (!code)
         return false;
     if (length < 0)
         length = TextLength(text);
     if (start < 0 || start > length)
         return false;
-    typename TPcre<T>::MatchData* data = TPcre<T>::NewMatchData(code);
-    if (!data)
-        ThrowIfNoMemory(nullptr);
-    int const result = TPcre<T>::Match(code, text, length, start, data);
-    bool const matched = result >= 0;
-    if (matched && match) {
-        PCRE2_SIZE const* vector = TPcre<T>::Offsets(data);
+    int const groups = m_code->m_captureCount + 1;
+    TMatchBlock<T> block(static_cast<uint32_t>(groups));
+    if (TPcre<T>::Match(code, text, length, start, block.Data()) < 0)
+        return false;
+    if (match) {
+        match->Set(groups, nullptr);
+        int* offsets = match->Offsets();
+        PCRE2_SIZE const* vector = TPcre<T>::Offsets(block.Data());
         for (int i = 0; i < 2 * groups; ++i)
             offsets[i] = vector[i] == PCRE2_UNSET ? -1 : static_cast<int>(vector[i]);
     }
-    TPcre<T>::FreeMatchData(data);
-    return matched;
-}
-
-} // namespace
-
-// The offsets go through a buffer on the stack for the usual few groups.
-template <class T>
-bool TRegex::MatchText(T const* text, TRegexMatch* match, int start, int length) const
-{
-    if (match)
-        match->Clear();
-    if (!IsValid())
-        return false;
-    int const groups = m_code->m_captureCount + 1;
-    int local[32];
-    int* offsets = groups <= 16 ? local : static_cast<int*>(malloc_ex(groups * 2 * static_cast<int>(sizeof(int))));
-    bool const matched = RunMatch<T>(m_code->Get<T>(), text, match, start, length, offsets, groups);
-    if (matched && match)
-        match->Set(groups, offsets);
-    if (offsets != local)
-        free_ex(offsets);
-    return matched;
+    return true;
 }
 
 bool TRegex::Match(char const* text, TRegexMatch* match, int start, int length) const

@@ -43,9 +43,17 @@ public:
 private:
     void Set(int groupCount, int const* offsets);
     void Clear();
+    int* Offsets() { return m_capacity > 1 ? m_offsets : m_inline; }
+    int const* Offsets() const { return m_capacity > 1 ? m_offsets : m_inline; }
 
-    int* m_offsets; // start and end of each group
+    // Start and end of each group: in place for one group, else allocated.
+    union
+    {
+        int* m_offsets;
+        int m_inline[2];
+    };
     int m_groupCount;
+    int m_capacity; // groups the storage holds
 
     friend class TRegex;
 };
@@ -55,7 +63,8 @@ private:
 // given in, and for the other one when first matched against it. Texts that
 // aren't valid UTF are searched all the same; no match spans a bad sequence.
 // Compiled code is shared by copies and may be matched from several threads
-// at once. Nothing throws but exhausted memory.
+// at once; each thread keeps the scratch memory of its matches until it
+// ends. Nothing throws but exhausted memory.
 class COMMON_EXPORT TRegex
 {
 public:
