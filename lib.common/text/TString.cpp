@@ -544,100 +544,49 @@ TString<T>& TString<T>::Insert(int position, TString const& text, int count)
     return *this;
 }
 
-namespace {
-
-#if defined(__SSE2__)
-// Short texts move as one 16-byte block: one load, one store. The load may
-// read past the text but never past its page, hence no address or race
-// checks on it; the store needs 16 bytes of room at the target.
-bool PageHolds16(void const* text)
-{
-    return (reinterpret_cast<uintptr_t>(text) & 4095) <= 4096 - 16;
-}
-
-__attribute__((no_sanitize("address", "thread"))) __m128i Load16(void const* text)
-{
-    return _mm_loadu_si128(static_cast<__m128i const*>(text));
-}
-
-// A terminated text shorter than one block: copied, terminator included, and
-// measured.
-template <class T>
-bool CopyShortText(T const* text, T* target, unsigned& length)
-{
-    if (!PageHolds16(text) || (reinterpret_cast<uintptr_t>(text) & (sizeof(T) - 1)))
-        return false;
-    __m128i const block = Load16(text);
-    __m128i const zero = _mm_setzero_si128();
-    __m128i const ends = sizeof(T) == 1 ? _mm_cmpeq_epi8(block, zero) : _mm_cmpeq_epi16(block, zero);
-    unsigned const mask = static_cast<unsigned>(_mm_movemask_epi8(ends));
-    if (!mask)
-        return false;
-    _mm_storeu_si128(reinterpret_cast<__m128i*>(target), block);
-    length = static_cast<unsigned>(__builtin_ctz(mask)) / sizeof(T);
-    return true;
-}
-
-// Fewer than 16 bytes of known length.
-bool CopyShortBytes(void const* source, void* target)
-{
-    if (!PageHolds16(source))
-        return false;
-    _mm_storeu_si128(static_cast<__m128i*>(target), Load16(source));
-    return true;
-}
-#else
-// Words are short: copying while measuring beats strlen and memcpy.
-template <class T>
-bool CopyShortText(T const* text, T* target, unsigned& length)
-{
-    unsigned n = 0;
-    for (; n < 16 / sizeof(T) && text[n]; ++n)
-        target[n] = text[n];
-    if (text[n]) {
-        target[0] = 0;
-        return false;
-    }
-    target[n] = 0;
-    length = n;
-    return true;
-}
-
-bool CopyShortBytes(void const*, void*)
-{
-    return false;
-}
-#endif
-
-} // namespace
-
 template <class T>
 TString<T>& TString<T>::Append(T const* text)
 {
     if (!text)
         return *this;
     TStringRef* ref = GetStringRef();
-    unsigned const length = ref->m_length;
-    unsigned copied = 0;
-    if (ref->m_capacity - length * sizeof(T) >= 16 && ref->m_references.load(std::memory_order_acquire) == 1
-        && !IsInside(text) && CopyShortText(text, m_text + length, copied)) {
-        ref->m_length = length + copied;
-        return *this;
+    if (ref->m_references.load(std::memory_order_acquire) == 1 && !IsInside(text)) {
+        // Words are short: copying while measuring beats strlen and memcpy.
+        unsigned const length = ref->m_length;
+        unsigned const room = ref->m_capacity / sizeof(T) - 1 - length;
+        unsigned const limit = room < 16 ? room : 16;
+        T* end = m_text + length;
+        unsigned n = 0;
+        for (; n < limit && text[n]; ++n)
+            end[n] = text[n];
+        if (!text[n]) {
+            end[n] = 0;
+            ref->m_length = length + n;
+            return *this;
+        }
+        end[0] = 0; // the longer text goes the general way
     }
     return Append(text, static_cast<unsigned>(TextLength(text)));
 }
 
 template <class T>
-bool TString<T>::AppendShort(T const* text, unsigned count)
+bool TString<T>::AppendShort(TString const& text)
 {
-    // The whole block is loaded before it is stored, so a text inside our
-    // own buffer is safe here; no reallocation can move it. A count may end
-    // inside a longer text: the terminator is written anyway.
+    // Fewer than 16 bytes move as one block of 8 or 16, which both buffers
+    // hold whole: every buffer has 8 bytes, and 16 once its text needs more
+    // than 8. A move, not a copy: the text may be our own.
     TStringRef* ref = GetStringRef();
     unsigned const length = ref->m_length;
-    if (count * sizeof(T) >= 16 || ref->m_capacity - length * sizeof(T) < 16
-        || ref->m_references.load(std::memory_order_acquire) != 1 || !CopyShortBytes(text, m_text + length))
+    unsigned const count = text.GetStringRef()->m_length;
+    size_t const bytes = count * sizeof(T);
+    size_t const block = bytes < 8 ? 8 : 16;
+    if (bytes >= 16 || ref->m_capacity - length * sizeof(T) < block || text.GetStringRef()->m_capacity < block
+        || ref->m_references.load(std::memory_order_acquire) != 1)
         return false;
+    if (block == 8)
+        std::memmove(m_text + length, text.m_text, 8);
+    else
+        std::memmove(m_text + length, text.m_text, 16);
     m_text[length + count] = 0;
     ref->m_length = length + count;
     return true;
@@ -646,7 +595,7 @@ bool TString<T>::AppendShort(T const* text, unsigned count)
 template <class T>
 TString<T>& TString<T>::Append(T const* text, unsigned count)
 {
-    if (!text || count == 0 || AppendShort(text, count))
+    if (!text || count == 0)
         return *this;
     TStringRef* ref = GetStringRef();
     unsigned const length = ref->m_length;
@@ -673,7 +622,7 @@ TString<T>& TString<T>::Append(TString const& text)
     unsigned const count = text.GetStringRef()->m_length;
     if (IsEmpty())
         return *this = text;
-    if (count == 0 || AppendShort(text.m_text, count))
+    if (count == 0 || AppendShort(text))
         return *this;
     if (text.m_text == m_text) {
         TString const keep(text);

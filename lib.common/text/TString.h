@@ -381,8 +381,8 @@ protected:
     // Unshares and makes room for count more characters, with slack.
     void GrowBy(unsigned count);
     T* OpenGap(int position, int count);
-    // Appends fewer than 16 bytes in one move when the room allows.
-    bool AppendShort(T const* text, unsigned count);
+    // Appends a text of fewer than 16 bytes in one move when the room allows.
+    bool AppendShort(TString const& text);
     void Adopt(T* text) noexcept;
     TString& Truncate(int length);
     TString& Erase(int position, int count);

@@ -327,7 +327,7 @@ TEST(TStringCore, InsertPositionsAndCounts)
 }
 
 // Every way of appending, at every start length and piece length around the
-// 16-byte block the short path moves, against std::string.
+// 8- and 16-byte blocks short appends move, against std::string.
 TEST(TStringCore, AppendsMatchAModelAtEveryLength)
 {
     std::string const source = "abcdefghijklmnopqrstuvwxyz0123456789ABCDEFGHIJ";
@@ -369,8 +369,8 @@ TEST(TStringCore, AppendsMatchAModelAtEveryLength)
 }
 
 #if defined(__unix__)
-// The short path reads a whole 16-byte block; a text that ends just before an
-// unreadable page must still be read only up to that page.
+// Appends may copy in blocks, but a text that ends just before an unreadable
+// page must be read only up to its end.
 TEST(TStringCore, ShortAppendsNeverReadIntoTheNextPage)
 {
     long const page = sysconf(_SC_PAGESIZE);
