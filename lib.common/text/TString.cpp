@@ -570,29 +570,6 @@ TString<T>& TString<T>::Append(T const* text)
 }
 
 template <class T>
-bool TString<T>::AppendShort(TString const& text)
-{
-    // Fewer than 16 bytes move as one block of 8 or 16, which both buffers
-    // hold whole: every buffer has 8 bytes, and 16 once its text needs more
-    // than 8. A move, not a copy: the text may be our own.
-    TStringRef* ref = GetStringRef();
-    unsigned const length = ref->m_length;
-    unsigned const count = text.GetStringRef()->m_length;
-    size_t const bytes = count * sizeof(T);
-    size_t const block = bytes < 8 ? 8 : 16;
-    if (bytes >= 16 || ref->m_capacity - length * sizeof(T) < block || text.GetStringRef()->m_capacity < block
-        || ref->m_references.load(std::memory_order_acquire) != 1)
-        return false;
-    if (block == 8)
-        std::memmove(m_text + length, text.m_text, 8);
-    else
-        std::memmove(m_text + length, text.m_text, 16);
-    m_text[length + count] = 0;
-    ref->m_length = length + count;
-    return true;
-}
-
-template <class T>
 TString<T>& TString<T>::Append(T const* text, unsigned count)
 {
     if (!text || count == 0)
@@ -617,12 +594,12 @@ TString<T>& TString<T>::Append(T const* text, unsigned count)
 }
 
 template <class T>
-TString<T>& TString<T>::Append(TString const& text)
+TString<T>& TString<T>::AppendString(TString const& text)
 {
     unsigned const count = text.GetStringRef()->m_length;
     if (IsEmpty())
         return *this = text;
-    if (count == 0 || AppendShort(text))
+    if (count == 0)
         return *this;
     if (text.m_text == m_text) {
         TString const keep(text);

@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <cstdarg>
 #include <cstdint>
+#include <cstring>
 #include <type_traits>
 
 class QByteArray;
@@ -208,7 +209,13 @@ public:
     TString& Append(T const* text);
     // Exactly count characters, terminators included.
     TString& Append(T const* text, unsigned count);
-    TString& Append(TString const& text);
+    TString& Append(TString const& text)
+    {
+        // Words are the common case: one move in place, no call.
+        if (GetStringRef()->m_length != 0 && AppendShort(text))
+            return *this;
+        return AppendString(text);
+    }
     TString& Prepend(T c) { return Insert(0, c, 1); }
     TString& Prepend(T const* text) { return Insert(0, text, s_end); }
     TString& Prepend(TString const& text) { return Insert(0, text, s_end); }
@@ -381,8 +388,30 @@ protected:
     // Unshares and makes room for count more characters, with slack.
     void GrowBy(unsigned count);
     T* OpenGap(int position, int count);
-    // Appends a text of fewer than 16 bytes in one move when the room allows.
-    bool AppendShort(TString const& text);
+    // Appends a text of fewer than 16 bytes as one block of 8 or 16 when the
+    // room allows. Both buffers hold such a block whole: every buffer has 8
+    // bytes, and 16 once its text needs more than 8. A move, not a copy: the
+    // text may be our own.
+    bool AppendShort(TString const& text)
+    {
+        TStringRef* ref = GetStringRef();
+        TStringRef const* other = text.GetStringRef();
+        uint32_t const length = ref->m_length;
+        uint32_t const count = other->m_length;
+        size_t const bytes = count * sizeof(T);
+        size_t const block = bytes < 8 ? 8 : 16;
+        if (bytes >= 16 || ref->m_capacity - length * sizeof(T) < block || other->m_capacity < block
+            || ref->m_references.load(std::memory_order_acquire) != 1)
+            return false;
+        if (block == 8)
+            std::memmove(m_text + length, text.m_text, 8);
+        else
+            std::memmove(m_text + length, text.m_text, 16);
+        m_text[length + count] = 0;
+        ref->m_length = length + count;
+        return true;
+    }
+    TString& AppendString(TString const& text);
     void Adopt(T* text) noexcept;
     TString& Truncate(int length);
     TString& Erase(int position, int count);
