@@ -4,9 +4,9 @@
 // look-ups of the same tree, in writing order and in reverse order within
 // each group, and the XML reader beside QXmlStreamReader over the same text.
 
-#include "math/TRandomizer.h"
+#include "TaggedDocumentPlan.h"
+
 #include "persist/TTaggedInputStream.h"
-#include "persist/TTaggedOutputStream.h"
 
 #include <QByteArray>
 #include <QCborMap>
@@ -22,40 +22,7 @@
 
 namespace {
 
-constexpr int kValues = 100000;
-
-enum EStep : int
-{
-    eDown,
-    eUp,
-    eInt,
-    eDouble,
-    eText,
-    eBool,
-    eInt64,
-};
-
-struct TStep
-{
-    EStep kind;
-    int index;
-    int value; // the number, the text's place in the pool, or the depth of a group
-};
-
-// The writer benchmark's plan, made from the same seed.
-void AddGroup(std::vector<TStep>& steps, TRandomizer& random, int& values, int depth, int index)
-{
-    steps.push_back({eDown, index, depth});
-    int const count = 10 + random.Get(91);
-    for (int n = 0; n < count && values < kValues; ++n) {
-        if (depth == 0 && n == count / 2 && random.Get(2) == 0)
-            AddGroup(steps, random, values, 1, n);
-        EStep const kind = EStep(eInt + n % 5);
-        steps.push_back({kind, n, kind == eText ? random.Get(64) : int(random.Next32())});
-        ++values;
-    }
-    steps.push_back({eUp, 0, 0});
-}
+using namespace TaggedBench;
 
 // The children of each group in reverse, a nested group moving as a whole.
 size_t Reverse(std::vector<TStep> const& steps, size_t at, std::vector<TStep>& out)
@@ -89,43 +56,9 @@ struct TDocuments
     QByteArray cbor;
 };
 
-double DoubleOf(int value)
-{
-    return value * 0.001;
-}
-
 QByteArray const& GroupName(TDocuments const& d, TStep const& step)
 {
     return step.value == 0 ? d.groupNames[size_t(step.index)] : d.innerNames[size_t(step.index)];
-}
-
-void Write(TTaggedOutputStream& out, TDocuments const& d)
-{
-    for (TStep const& step : d.steps) {
-        switch (step.kind) {
-        case eDown:
-            out.MoveDown(step.value == 0 ? "group" : "inner", step.index);
-            break;
-        case eUp:
-            out.MoveUp();
-            break;
-        case eInt:
-            out.SetValue(step.value, "v", step.index);
-            break;
-        case eDouble:
-            out.SetValue(DoubleOf(step.value), "v", step.index);
-            break;
-        case eText:
-            out.SetValue(d.texts[size_t(step.value)].constData(), "v", step.index);
-            break;
-        case eBool:
-            out.SetValue((step.value & 1) != 0, "v", step.index);
-            break;
-        case eInt64:
-            out.SetValue(static_cast<long long>(step.value) << 20, "v", step.index);
-            break;
-        }
-    }
 }
 
 QByteArray WriteCbor(TDocuments const& d)
@@ -177,19 +110,16 @@ TDocuments const& Documents()
             d.valueNames.push_back(n == 0 ? QByteArray("v") : "v" + QByteArray::number(n));
             d.innerNames.push_back(n == 0 ? QByteArray("inner") : "inner" + QByteArray::number(n));
         }
-        TRandomizer random(2024);
-        int values = 0;
-        for (int group = 0; values < kValues; ++group) {
+        d.steps = MakeSteps(int(d.texts.size()), [&d](int group) {
             d.groupNames.push_back(group == 0 ? QByteArray("group") : "group" + QByteArray::number(group));
-            AddGroup(d.steps, random, values, 0, group);
-        }
+        });
         for (size_t at = 0; at < d.steps.size();)
             at = Reverse(d.steps, at, d.reversed);
         TTaggedOutputStream raw(streamModeRawTags, "Bench");
-        Write(raw, d);
+        WriteSteps(raw, d.steps, d.texts);
         d.raw = raw.GetAsByteArray();
         TTaggedOutputStream xml(streamModeXml, "Bench");
-        Write(xml, d);
+        WriteSteps(xml, d.steps, d.texts);
         d.xml = xml.GetAsByteArray();
         d.cbor = WriteCbor(d);
         return d;

@@ -2,8 +2,7 @@
 // values: the tagged writer in raw tags beside QCborStreamWriter writing the
 // same tree as nested maps, and in XML beside QXmlStreamWriter.
 
-#include "math/TRandomizer.h"
-#include "persist/TTaggedOutputStream.h"
+#include "TaggedDocumentPlan.h"
 
 #include <QByteArray>
 #include <QCborStreamWriter>
@@ -16,25 +15,7 @@
 
 namespace {
 
-constexpr int kValues = 100000;
-
-enum EStep : int
-{
-    eDown,
-    eUp,
-    eInt,
-    eDouble,
-    eText,
-    eBool,
-    eInt64,
-};
-
-struct TStep
-{
-    EStep kind;
-    int index;
-    int value; // the number, or the text's place in the pool
-};
+using namespace TaggedBench;
 
 struct TPlan
 {
@@ -51,21 +32,6 @@ struct TPlan
     std::vector<QString> xmlInnerNames;
 };
 
-void AddGroup(TPlan& plan, TRandomizer& random, int& values, int depth, int index)
-{
-    plan.steps.push_back({eDown, index, depth});
-    int const count = 10 + random.Get(91);
-    for (int n = 0; n < count && values < kValues; ++n) {
-        if (depth == 0 && n == count / 2 && random.Get(2) == 0)
-            AddGroup(plan, random, values, 1, n);
-        // Objects write their fields in a fixed order: the types repeat.
-        EStep const kind = EStep(eInt + n % 5);
-        plan.steps.push_back({kind, n, kind == eText ? random.Get(int(plan.texts.size())) : int(random.Next32())});
-        ++values;
-    }
-    plan.steps.push_back({eUp, 0, 0});
-}
-
 TPlan const& Plan()
 {
     static TPlan const plan = [] {
@@ -81,50 +47,13 @@ TPlan const& Plan()
             p.xmlInnerNames.push_back(n == 0 ? QStringLiteral("inner") : "inner-" + QString::number(n));
             p.rawInnerNames.push_back(n == 0 ? QByteArray("inner") : "inner" + QByteArray::number(n));
         }
-        TRandomizer random(2024);
-        int values = 0;
-        for (int group = 0; values < kValues; ++group) {
+        p.steps = MakeSteps(int(p.texts.size()), [&p](int group) {
             p.xmlGroupNames.push_back(group == 0 ? QStringLiteral("group") : "group-" + QString::number(group));
             p.rawGroupNames.push_back(group == 0 ? QByteArray("group") : "group" + QByteArray::number(group));
-            AddGroup(p, random, values, 0, group);
-        }
+        });
         return p;
     }();
     return plan;
-}
-
-double DoubleOf(int value)
-{
-    return value * 0.001;
-}
-
-void WriteCommon(TTaggedOutputStream& stream, TPlan const& plan)
-{
-    for (TStep const& step : plan.steps) {
-        switch (step.kind) {
-        case eDown:
-            stream.MoveDown(step.value == 0 ? "group" : "inner", step.index);
-            break;
-        case eUp:
-            stream.MoveUp();
-            break;
-        case eInt:
-            stream.SetValue(step.value, "v", step.index);
-            break;
-        case eDouble:
-            stream.SetValue(DoubleOf(step.value), "v", step.index);
-            break;
-        case eText:
-            stream.SetValue(plan.texts[size_t(step.value)].constData(), "v", step.index);
-            break;
-        case eBool:
-            stream.SetValue((step.value & 1) != 0, "v", step.index);
-            break;
-        case eInt64:
-            stream.SetValue(static_cast<long long>(step.value) << 20, "v", step.index);
-            break;
-        }
-    }
 }
 
 void TaggedRawCommon(benchmark::State& state)
@@ -132,7 +61,7 @@ void TaggedRawCommon(benchmark::State& state)
     TPlan const& plan = Plan();
     for (auto _ : state) {
         TTaggedOutputStream stream(streamModeRawTags, "Bench");
-        WriteCommon(stream, plan);
+        WriteSteps(stream, plan.steps, plan.texts);
         benchmark::DoNotOptimize(stream.CloseWriting());
     }
     state.SetItemsProcessed(int64_t(state.iterations()) * kValues);
@@ -143,7 +72,7 @@ void TaggedXmlCommon(benchmark::State& state)
     TPlan const& plan = Plan();
     for (auto _ : state) {
         TTaggedOutputStream stream(streamModeXml, "Bench");
-        WriteCommon(stream, plan);
+        WriteSteps(stream, plan.steps, plan.texts);
         benchmark::DoNotOptimize(stream.CloseWriting());
     }
     state.SetItemsProcessed(int64_t(state.iterations()) * kValues);
