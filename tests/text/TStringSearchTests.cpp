@@ -4,6 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <random>
+#include <string>
 #include <vector>
 
 TEST(TStringSearch, FindBoundariesAndOptions)
@@ -42,6 +45,30 @@ TEST(TStringSearch, FindBoundariesAndOptions)
     EXPECT_EQ(AString("aaaa").FindOccurence("aa", 2), 2);
     EXPECT_EQ(AString("aaaa").FindOccurence("aa", 3), -1);
     EXPECT_EQ(AString("xAx ax").FindOccurence("a", 1, false), 4);
+}
+
+// Case-sensitive wide search filters starts eight at a time; against a plain
+// scan over a small alphabet, with terminators inside the text (the search
+// ends at the first one from its start) and texts long enough for the blocks.
+TEST(TStringSearch, WideFindAgreesWithAPlainScan)
+{
+    std::mt19937 random(11);
+    for (int round = 0; round < 3000; ++round) {
+        std::u16string text(random() % 60, u'a');
+        for (char16_t& c : text)
+            c = random() % 25 == 0 ? u'\0' : static_cast<char16_t>(u'a' + random() % 3);
+        std::u16string needle(1 + random() % 5, u'a');
+        for (char16_t& c : needle)
+            c = static_cast<char16_t>(u'a' + random() % 3);
+        WString const subject(text.c_str(), length_t(static_cast<unsigned>(text.size())));
+        for (size_t from = 0; from <= text.size(); from += 1 + random() % 7) {
+            size_t const stop = std::min(text.find(u'\0', from), text.size());
+            size_t const hit = text.substr(from, stop - from).find(needle);
+            int const expected = hit == std::u16string::npos ? -1 : static_cast<int>(from + hit);
+            ASSERT_EQ(subject.Find(needle.c_str(), static_cast<int>(from)), expected)
+                << "round " << round << " from " << from;
+        }
+    }
 }
 
 TEST(TStringSearch, StartsAndEnds)
