@@ -38,13 +38,7 @@ void Run(uint8_t flags, uint8_t const* data, size_t size)
 
 extern "C" int LLVMFuzzerTestOneInput(uint8_t const* data, size_t size)
 {
-    FuzzRegExpr::InstallQuietHandler();
-    if (size < 1)
-        return 0;
-    uint8_t const flags = data[0];
-    if (flags & 8)
-        Run<char16_t>(flags, data + 1, size - 1);
-    else
-        Run<char>(flags, data + 1, size - 1);
-    return 0;
+    return FuzzRegExpr::RunByWidth(data, size, [](auto character, uint8_t flags, uint8_t const* rest, size_t length) {
+        Run<decltype(character)>(flags, rest, length);
+    });
 }

@@ -128,4 +128,20 @@ void OverGrowingTexts(T const* text, F check)
     }
 }
 
+// The entry of the targets that read a flag byte first: bit 8 picks the wide
+// form, and run(char or char16_t value, flags, rest, size) does the work.
+template <class Run>
+int RunByWidth(uint8_t const* data, size_t size, Run run)
+{
+    InstallQuietHandler();
+    if (size < 1)
+        return 0;
+    uint8_t const flags = data[0];
+    if (flags & 8)
+        run(char16_t(), flags, data + 1, size - 1);
+    else
+        run(char(), flags, data + 1, size - 1);
+    return 0;
+}
+
 } // namespace FuzzRegExpr
