@@ -136,36 +136,37 @@ COMMON_VECTOR_INLINE void MoveBackward(unsigned char const* s, unsigned char* t,
 
 } // namespace
 
-void* Avx512Copy(void const* source, void* target, size_t size)
+namespace {
+
+// Copy and move differ only in the overlap that moves must survive.
+template <bool mayOverlap>
+void* Transfer(void const* source, void* target, size_t size)
 {
     if (size < 64 || size > kLargeBlock)
-        return std::memcpy(target, source, size);
+        return mayOverlap ? std::memmove(target, source, size) : std::memcpy(target, source, size);
     auto const* s = static_cast<unsigned char const*>(source);
     auto* t = static_cast<unsigned char*>(target);
     if (size <= 256)
         MoveUpTo256(s, t, size);
     else if (size <= 512)
         Move257To512(s, t, size);
+    else if (mayOverlap && reinterpret_cast<uintptr_t>(t) - reinterpret_cast<uintptr_t>(s) < size)
+        MoveBackward(s, t, size);
     else
         MoveForward(s, t, size);
     return target;
 }
 
+} // namespace
+
+void* Avx512Copy(void const* source, void* target, size_t size)
+{
+    return Transfer<false>(source, target, size);
+}
+
 void* Avx512Move(void const* source, void* target, size_t size)
 {
-    if (size < 64 || size > kLargeBlock)
-        return std::memmove(target, source, size);
-    auto const* s = static_cast<unsigned char const*>(source);
-    auto* t = static_cast<unsigned char*>(target);
-    if (size <= 256)
-        MoveUpTo256(s, t, size);
-    else if (size <= 512)
-        Move257To512(s, t, size);
-    else if (reinterpret_cast<uintptr_t>(t) - reinterpret_cast<uintptr_t>(s) < size)
-        MoveBackward(s, t, size);
-    else
-        MoveForward(s, t, size);
-    return target;
+    return Transfer<true>(source, target, size);
 }
 
 #pragma GCC pop_options
